@@ -1,0 +1,38 @@
+// What the program needs of its platform beyond the documented calls: the resources that travel in
+// the executable, and one export of the shell that has no name.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace torvane {
+
+/// The product's version record, as stored in the executable.
+struct VersionRecord {
+  std::u16string productName;
+  std::u16string description;
+  std::u16string legalNotice;
+  int major = 0;
+  int minor = 0;
+  int revision = 0;
+};
+
+/// The bytes of resource `id` of type "DATA", valid to the program's end.
+/// Throws std::runtime_error where there is no such resource.
+std::span<const std::byte> DataResource(int id);
+
+/// Text `id` of the string table (1 to 8); empty for an id that isn't there.
+std::u16string StringResource(int id);
+
+/// The version record of the running executable.
+VersionRecord ReadVersionRecord();
+
+/// The file name of the running executable without folder and extension ("torvane").
+std::u16string ExecutableBaseName();
+
+/// Asks the shell to complete its image list (shell32, ordinal 660). Does nothing where the export
+/// doesn't exist.
+void CompleteShellImageList();
+
+}  // namespace torvane
