@@ -210,7 +210,8 @@ HANDLE FindFirstFileA(LPCSTR path, WIN32_FIND_DATAA* data);
 BOOL FindClose(HANDLE search);
 BOOL DeleteFileA(LPCSTR path);
 /// Makes a new file for writing: `access` is GENERIC_WRITE, `disposition` CREATE_NEW, the rest 0 or
-/// null. Fails where anything of that name is there, a link included; the file is its owner's alone.
+/// null. Fails where anything of that name is there, a link included; the file is its owner's
+/// alone.
 HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
                    DWORD disposition, DWORD attributes, HANDLE pattern);
 BOOL WriteFile(HANDLE file, const void* bytes, DWORD count, DWORD* written, void* overlapped);
@@ -245,8 +246,8 @@ struct SHFILEINFOA {
 DWORD_PTR SHGetFileInfoA(LPCSTR path, DWORD attributes, SHFILEINFOA* info, UINT infoSize,
                          UINT flags);
 /// Opens a mail or web link ("open") with the desktop's program; a result above 32 is success.
-HINSTANCE ShellExecuteA(HWND owner, LPCSTR operation, LPCSTR file, LPCSTR parameters,
-                        LPCSTR folder, int show);
+HINSTANCE ShellExecuteA(HWND owner, LPCSTR operation, LPCSTR file, LPCSTR parameters, LPCSTR folder,
+                        int show);
 /// Starts a Windows command line and doesn't wait for it; a result above 31 is success.
 UINT WinExec(LPCSTR commandLine, UINT show);
 

@@ -1,0 +1,30 @@
+// Text as the program holds it, and its two crossings: into the ANSI code page and into lower case.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+/// 16-bit text: UTF-16 code units, embedded NULs allowed.
+using Text = std::u16string;
+using TextView = std::u16string_view;
+
+/// Bytes of the system's ANSI code page; a character outside the page becomes its default
+/// character.
+std::string ToAnsi(TextView text);
+/// Text of bytes in the system's ANSI code page.
+Text FromAnsi(std::string_view bytes);
+
+/// Lower case by Unicode rules.
+Text LowerCase(Text text);
+
+/// Decimal text without leading zeros, a minus sign ahead of a negative number.
+Text Decimal(std::int64_t number);
+
+/// The part ahead of the first NUL, or all of `text` if it has none: for buffers that a system call
+/// filled.
+Text StripAtNull(const Text& text);
+
+}  // namespace torvane

@@ -1,0 +1,147 @@
+// What all controls have in common: a place on their form, and a view that shows them.
+//
+// A control is a model: plain state that works without a view, which is how most tests run. A
+// form's views are made by the toolkit (toolkit.h) when the form is loaded and go when it is
+// unloaded. What only the native control knows is asked of the view.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "platform/winapi.h"
+#include "storage/text.h"
+
+namespace torvane {
+
+class Button;
+class Form;
+class Frame;
+class Label;
+class Line;
+class List;
+class PictureBox;
+class StatusBar;
+class TextBox;
+class Tree;
+
+/// A place in the client area of the form, in pixels.
+struct PixelRect {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+
+  bool operator==(const PixelRect&) const = default;
+};
+
+/// The mouse's shape over a control or a form.
+enum class MousePointer { Default = 0, SizeWestEast = 9, Hourglass = 11, Hand = 99 };
+
+/// A colour of the user's theme, by its number among the system's colours.
+enum class SystemColor : std::uint32_t {
+  WindowBackground = 0x80000005,
+  WindowText = 0x80000008,
+  ActiveBorder = 0x8000000A,
+  Highlight = 0x8000000D,
+  ButtonFace = 0x8000000F,
+  ButtonShadow = 0x80000010,
+  ButtonText = 0x80000012,
+  Highlight3D = 0x80000014,
+};
+
+/// What a control of any kind asks of its view.
+class ControlView {
+ public:
+  virtual ~ControlView() = default;
+  /// The window for messages, null for a view without one of its own.
+  virtual HWND handle() const = 0;
+  virtual PixelRect bounds() const = 0;
+  virtual void place(const PixelRect& bounds) = 0;
+  virtual void setVisible(bool visible) = 0;
+  virtual void setMousePointer(MousePointer pointer) = 0;
+  virtual void bringToFront() = 0;
+  /// Shows a changed caption, text, colour or drawing of the model; painted when the loop runs.
+  virtual void update() = 0;
+  /// Paints now.
+  virtual void refresh() = 0;
+};
+
+/// One call for each kind of control, for the toolkits that make the views.
+class ControlVisitor {
+ public:
+  virtual ~ControlVisitor() = default;
+  virtual void visit(Tree& tree) = 0;
+  virtual void visit(List& list) = 0;
+  virtual void visit(StatusBar& bar) = 0;
+  virtual void visit(Frame& frame) = 0;
+  virtual void visit(PictureBox& box) = 0;
+  virtual void visit(Label& label) = 0;
+  virtual void visit(Line& line) = 0;
+  virtual void visit(Button& button) = 0;
+  virtual void visit(TextBox& box) = 0;
+};
+
+/// A control of a form. Forms own their controls as members; a control enters its form's list of
+/// controls when it is made, in tab order, and never moves.
+class Control {
+ public:
+  /// `name` is what assistive technology calls the control.
+  Control(Form& form, ::torvane::Text name);
+  virtual ~Control() = default;
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  virtual void accept(ControlVisitor& visitor) = 0;
+  /// Lets the view go; the control keeps its state.
+  virtual void detachView() = 0;
+
+  const ::torvane::Text& Name() const { return name_; }
+  /// The view's window; null without a view.
+  HWND hWnd() const;
+
+  PixelRect Bounds() const;
+  int Left() const { return Bounds().left; }
+  int Top() const { return Bounds().top; }
+  int Width() const { return Bounds().width; }
+  int Height() const { return Bounds().height; }
+  void Move(const PixelRect& bounds);
+  void Left(int x);
+
+  bool Visible() const { return visible_; }
+  void Visible(bool visible);
+  MousePointer Pointer() const { return pointer_; }
+  void Pointer(MousePointer pointer);
+  /// Puts the control above its siblings.
+  void BringToFront();
+  void Refresh();
+
+ protected:
+  virtual ControlView* controlView() const = 0;
+  void updateView() const;
+
+ private:
+  ::torvane::Text name_;
+  PixelRect bounds_;
+  bool visible_ = true;
+  MousePointer pointer_ = MousePointer::Default;
+};
+
+/// A control whose view has more to tell than a ControlView.
+template <class View>
+class ControlWithView : public Control {
+ public:
+  using Control::Control;
+
+  void attachView(std::unique_ptr<View> view) { view_ = std::move(view); }
+  void detachView() override { view_.reset(); }
+  View* view() const { return view_.get(); }
+
+ protected:
+  ControlView* controlView() const override { return view_.get(); }
+
+ private:
+  std::unique_ptr<View> view_;
+};
+
+}  // namespace torvane

@@ -1,0 +1,128 @@
+// A window of the program: its controls, its menu bar, its life from load to unload.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "windows/controls/menu.h"
+#include "windows/controls/simple_controls.h"
+
+namespace torvane {
+
+/// A length on the screen, 1440 to the inch. Forms measure themselves in twips, their controls are
+/// in pixels.
+struct Twips {
+  double count = 0;
+  auto operator<=>(const Twips&) const = default;
+};
+
+enum class WindowState { Normal = 0, Minimized = 1, Maximized = 2 };
+
+/// What frame a form has.
+enum class BorderStyle {
+  Sizable,
+  Dialog,  ///< caption and close box
+  Splash,  ///< no caption
+};
+
+/// What a form asks of its view. Outer positions and sizes are in pixels and include the frame.
+class FormView {
+ public:
+  virtual ~FormView() = default;
+  virtual HWND handle() const = 0;
+  virtual PixelRect outerBounds() const = 0;
+  /// A size below what the system allows is raised to its smallest window.
+  virtual void setOuterBounds(const PixelRect& bounds) = 0;
+  virtual int clientWidth() const = 0;
+  virtual int clientHeight() const = 0;
+  virtual WindowState windowState() const = 0;
+  virtual void setWindowState(WindowState state) = 0;
+  virtual void setCaption(const Text& caption) = 0;
+  virtual void setMousePointer(MousePointer pointer) = 0;
+  virtual void show() = 0;
+  /// Shows the form with `owner` disabled; returns when the form has been unloaded.
+  virtual void showModal(Form& owner) = 0;
+  virtual void hide() = 0;
+  /// Paints the form and its controls now.
+  virtual void refresh() = 0;
+};
+
+/// The base of the program's windows.
+///
+/// A form is loaded when its views are made and its Form_Load has run; a view that the user closes
+/// calls Unload().
+class Form {
+ public:
+  explicit Form(BorderStyle border);
+  virtual ~Form();
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  /// Makes the views and runs Form_Load, once.
+  void Load();
+  /// Runs Form_Unload and lets the views go. Does nothing on a form that isn't loaded.
+  void Unload();
+  bool Loaded() const { return loaded_; }
+  void Show();
+  /// Loads the form if need be; returns when it has been unloaded.
+  void ShowModal(Form& owner);
+  void Hide();
+  void Refresh();
+
+  BorderStyle Border() const { return border_; }
+  const Text& Caption() const { return caption_; }
+  void Caption(Text caption);
+  /// Whether the form sees keys before the control with the focus.
+  bool KeyPreview = false;
+  /// Size of the client area in pixels that a new view has; it comes centred on the screen.
+  int DesignWidth = 0;
+  int DesignHeight = 0;
+
+  /// Outer position and size. Zero without a view.
+  Twips Left() const;
+  Twips Top() const;
+  Twips Width() const;
+  Twips Height() const;
+  void Move(Twips left, Twips top, Twips width, Twips height);
+  torvane::WindowState State() const;
+  void State(torvane::WindowState state);
+  void Pointer(MousePointer pointer);
+  /// Client size in pixels; the design size without a view.
+  int ScaleWidth() const;
+  int ScaleHeight() const;
+  /// Null without a view.
+  HWND hWnd() const;
+
+  MenuItem& MenuBar() { return menuBar_; }
+  /// In tab order.
+  const std::vector<Control*>& Controls() const { return controls_; }
+  /// The height that the status bar takes from the bottom of the client area, in pixels.
+  int StatusBarHeight() const;
+
+  /// The client area has another size or the window another state.
+  Event<> Resize;
+  /// A character key, as its ASCII code; a handler that sets it to 0 keeps it from the controls.
+  Event<int&> KeyPress;
+
+  void attachView(std::unique_ptr<FormView> view) { view_ = std::move(view); }
+  FormView* view() const { return view_.get(); }
+
+ protected:
+  virtual void Form_Load() {}
+  virtual void Form_Unload() {}
+
+ private:
+  friend class Control;
+
+  BorderStyle border_;
+  Text caption_;
+  bool loaded_ = false;
+  MenuItem menuBar_;
+  std::vector<Control*> controls_;
+  const StatusBar* statusBar_ = nullptr;
+  std::unique_ptr<FormView> view_;
+
+  friend class StatusBar;
+};
+
+}  // namespace torvane

@@ -1,0 +1,78 @@
+#include "windows/controls/list.h"
+
+namespace torvane {
+
+ListItem::ListItem(List& list, int index, torvane::Text text)
+    : list_(list), index_(index), text_(std::move(text)) {}
+
+const torvane::Text& ListItem::SubItems(int column) const {
+  static const torvane::Text kNone;
+  const auto slot = static_cast<std::size_t>(column - 1);
+  return slot < subItems_.size() ? subItems_[slot] : kNone;
+}
+
+void ListItem::SubItems(int column, torvane::Text text) {
+  const auto slot = static_cast<std::size_t>(column - 1);
+  if (slot >= subItems_.size()) subItems_.resize(slot + 1);
+  subItems_[slot] = std::move(text);
+  if (ListView* view = list_.view()) view->itemChanged(*this);
+}
+
+bool ListItem::Selected() const {
+  const ListView* view = list_.view();
+  return view ? view->selected(index_) : selected_;
+}
+
+void ListItem::Selected(bool selected) {
+  selected_ = selected;
+  if (ListView* view = list_.view()) view->setSelected(index_, selected);
+}
+
+void ColumnHeaderCollection::Add(Text heading) {
+  headings_.push_back(std::move(heading));
+  if (ListView* view = list_.view()) view->columnAdded(headings_.back());
+}
+
+void ColumnHeaderCollection::Clear() {
+  headings_.clear();
+  if (ListView* view = list_.view()) view->columnsCleared();
+}
+
+ListItem& ListItemCollection::Add(Text text) {
+  items_.push_back(std::make_unique<ListItem>(list_, Count() + 1, std::move(text)));
+  ListItem& item = *items_.back();
+  if (ListView* view = list_.view()) view->itemAdded(item);
+  return item;
+}
+
+int ListItemCollection::RemoveWhere(const std::function<bool(const ListItem&)>& doomed) {
+  std::vector<int> rows;
+  for (int index = Count(); index >= 1; --index) {
+    if (doomed((*this)(index))) rows.push_back(index);
+  }
+  if (rows.empty()) return 0;
+
+  for (const int row : rows) items_[static_cast<std::size_t>(row - 1)].reset();
+  std::erase(items_, nullptr);
+  for (int index = 1; index <= Count(); ++index) (*this)(index).index_ = index;
+  if (ListView* view = list_.view()) view->itemsRemoved(rows);
+  return static_cast<int>(rows.size());
+}
+
+void ListItemCollection::Clear() {
+  items_.clear();
+  if (ListView* view = list_.view()) view->itemsCleared();
+}
+
+ListItem* List::SelectedItem() {
+  if (view()) {
+    const int row = view()->current();
+    return row == 0 ? nullptr : &items_(row);
+  }
+  for (int index = 1; index <= items_.Count(); ++index) {
+    if (items_(index).Selected()) return &items_(index);
+  }
+  return nullptr;
+}
+
+}  // namespace torvane

@@ -1,0 +1,36 @@
+// Menus: a tree of items, on a form's menu bar or popped up.
+#pragma once
+
+#include <deque>
+
+#include "storage/text.h"
+#include "windows/controls/event.h"
+
+namespace torvane {
+
+/// An item of a menu, or a menu with items. The views read it anew each time they show the menu.
+class MenuItem {
+ public:
+  explicit MenuItem(Text caption = {}) : Caption(std::move(caption)) {}
+  MenuItem(const MenuItem&) = delete;
+  MenuItem& operator=(const MenuItem&) = delete;
+
+  Text Caption;
+  /// A text that the program owns.
+  Text Tag;
+  bool Enabled = true;
+  bool Visible = true;
+
+  Event<> Click;
+
+  bool IsSeparator() const { return Caption == u"-"; }
+  /// Adds an item behind the others; it lives as long as this menu, at one address.
+  MenuItem& Add(Text caption) { return items_.emplace_back(std::move(caption)); }
+  std::deque<MenuItem>& Items() { return items_; }
+  const std::deque<MenuItem>& Items() const { return items_; }
+
+ private:
+  std::deque<MenuItem> items_;
+};
+
+}  // namespace torvane

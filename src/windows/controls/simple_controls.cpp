@@ -1,0 +1,34 @@
+#include "windows/controls/simple_controls.h"
+
+#include "windows/controls/form.h"
+
+namespace torvane {
+
+void Label::Caption(Text caption) {
+  caption_ = std::move(caption);
+  updateView();
+}
+
+void Button::Caption(Text caption) {
+  caption_ = std::move(caption);
+  updateView();
+}
+
+void TextBox::Text(torvane::Text text) {
+  text_ = std::move(text);
+  updateView();
+}
+
+void Panel::Text(torvane::Text text) {
+  text_ = std::move(text);
+  bar_.updateView();
+}
+
+StatusBar::StatusBar(Form& form, Text name, const std::vector<int>& minWidths)
+    : ControlWithView(form, std::move(name)) {
+  form.statusBar_ = this;
+  panels_.reserve(minWidths.size());
+  for (const int width : minWidths) panels_.emplace_back(*this, width);
+}
+
+}  // namespace torvane

@@ -1,0 +1,43 @@
+#include "windows/controls/tree.h"
+
+namespace torvane {
+
+Node::Node(Tree& tree, Node* parent, int index, torvane::Text text, int image)
+    : tree_(tree), parent_(parent), index_(index), text_(std::move(text)), image_(image) {}
+
+void Node::Image(int image) {
+  image_ = image;
+  if (TreeView* view = tree_.view()) view->imageChanged(*this);
+}
+
+void Node::Expanded(bool expanded) {
+  if (expanded != expanded_) {
+    expanded_ = expanded;
+    if (TreeView* view = tree_.view()) view->expansionChanged(*this);
+  }
+  expanded ? tree_.Expand(*this) : tree_.Collapse(*this);
+}
+
+Node& NodeCollection::Add(Node* relative, NodeRelationship relationship, Text text, int image) {
+  Node* parent = relationship == NodeRelationship::Child ? relative : nullptr;
+  Node& node = nodes_.emplace_back(tree_, parent, Count() + 1, std::move(text), image);
+  if (TreeView* view = tree_.view()) view->nodeAdded(node);
+  return node;
+}
+
+Node* Tree::SelectedItem() {
+  const int index = view() ? view()->selected() : selected_;
+  return index == 0 ? nullptr : &nodes_(index);
+}
+
+void Tree::SelectedItem(Node& node) {
+  selected_ = node.Index();
+  if (view()) view()->setSelected(node);
+}
+
+void Tree::Images(const ImageList* images) {
+  images_ = images;
+  if (view()) view()->imageListChanged();
+}
+
+}  // namespace torvane

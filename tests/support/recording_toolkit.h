@@ -1,0 +1,59 @@
+// A toolkit without windows: models work without views, and what the user would see is written
+// down.
+#pragma once
+
+#include <deque>
+#include <vector>
+
+#include "windows/controls/toolkit.h"
+
+namespace torvane::testing {
+
+/// A message box as it was shown.
+struct ShownMessage {
+  Text text;
+  UINT style = 0;
+  Text title;
+};
+
+/// Puts itself in place for its lifetime. Modal windows answer from scripts.
+class RecordingToolkit : public Toolkit {
+ public:
+  RecordingToolkit() { SetToolkit(this); }
+  ~RecordingToolkit() override { SetToolkit(nullptr); }
+
+  std::vector<ShownMessage> messages;
+  std::vector<Text> errors;
+  std::vector<Text> folderTitles;
+  /// What the next message boxes and folder dialogues answer; IDOK and cancel when used up.
+  std::deque<int> answers;
+  std::deque<Text> folders;
+
+  bool Start() override { return true; }
+  void MakeViews(Form& /*form*/) override {}
+  void DropViews(Form& /*form*/) override {}
+  void Run() override {}
+  void DoEvents() override {}
+  int ShowMessage(const Text& text, UINT style, const Text& title) override {
+    messages.push_back({text, style, title});
+    return Next(answers, IDOK);
+  }
+  void ReportError(const Text& description) override { errors.push_back(description); }
+  void ShowPopup(Form& /*owner*/, MenuItem& /*menu*/, const MenuItem* /*defaultItem*/) override {}
+  Text BrowseFolder(Form& /*owner*/, const Text& title) override {
+    folderTitles.push_back(title);
+    return Next(folders, Text());
+  }
+  int TwipsPerPixel() const override { return 15; }
+
+ private:
+  template <class T>
+  static T Next(std::deque<T>& script, T otherwise) {
+    if (script.empty()) return otherwise;
+    T next = script.front();
+    script.pop_front();
+    return next;
+  }
+};
+
+}  // namespace torvane::testing

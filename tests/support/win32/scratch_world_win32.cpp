@@ -1,0 +1,23 @@
+#include "platform/winapi.h"
+#include "support/scratch_world.h"
+
+namespace torvane::testing {
+
+ScratchWorld::ScratchWorld() : hostRoot_("C:\\") {
+  folder_ = "C:\\torvane-test-" + std::to_string(GetCurrentProcessId());
+  scratch_ = hostRoot_ / folder_.substr(3);
+  std::filesystem::create_directories(scratch_);
+}
+
+ScratchWorld::~ScratchWorld() {
+  for (const std::string& key : keys_) RemoveKey(key);
+  // A leftover in the scratch prefix fails no test.
+  std::error_code ignored;
+  std::filesystem::remove_all(scratch_, ignored);
+}
+
+void ScratchWorld::RemoveKey(const std::string& path) {
+  RegDeleteTreeA(HKEY_CURRENT_USER, path.c_str());
+}
+
+}  // namespace torvane::testing
