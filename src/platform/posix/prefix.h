@@ -21,4 +21,11 @@ const std::filesystem::path& PrefixRoot();
 /// page), pending changes included; the next call reads the environment anew. Open keys die.
 void ForgetWorld();
 
+/// Joins a cache to ForgetWorld: a static object of this type in the cache's source names what
+/// empties it. `forget` must not need the prefix.
+class AtForget {
+ public:
+  explicit AtForget(void (*forget)());
+};
+
 }  // namespace torvane::posix

@@ -1,0 +1,122 @@
+// Replacing a file whole or not at all, and seeing that someone else has replaced it.
+//
+// A writer locks the folder (FolderLock), reads the file anew if its stamp has changed, and hands
+// the new content to a FileReplacement.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace torvane::posix {
+
+/// Owns a file descriptor; -1 stands for none.
+class FileDescriptor {
+ public:
+  FileDescriptor() = default;
+  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+  FileDescriptor(FileDescriptor&& other) noexcept;
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept;
+  ~FileDescriptor() { reset(); }
+
+  int get() const { return descriptor_; }
+  explicit operator bool() const { return descriptor_ >= 0; }
+  void reset();
+
+ private:
+  int descriptor_ = -1;
+};
+
+/// What tells one state of a file from another. Two absent files are equal.
+struct FileStamp {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::int64_t size = -1;     ///< in bytes, -1 for a file that isn't there
+  std::int64_t modified = 0;  ///< nanoseconds
+  std::int64_t changed = 0;   ///< nanoseconds
+
+  bool exists() const { return size >= 0; }
+  bool operator==(const FileStamp&) const = default;
+};
+
+/// The stamp of the file that a path leads to, links followed.
+FileStamp StampOf(const std::filesystem::path& path);
+
+/// A file's bytes with the stamp that they were read under. The descriptor stays open so that the
+/// inode number can't go to another file while the stamp is held against the path.
+struct FileContent {
+  std::unique_ptr<char[]> bytes;
+  std::size_t size = 0;
+  FileStamp stamp;
+  FileDescriptor descriptor;
+
+  std::string_view view() const { return {bytes.get(), size}; }
+};
+
+/// Reads a regular file whole; an absent one gives no bytes and a stamp that says so.
+/// Throws std::system_error for anything else.
+FileContent ReadWholeFile(const std::filesystem::path& path);
+
+/// The file that a replacement of `path` goes to: links followed, the folder made canonical. The
+/// file itself need not exist. Throws std::system_error for a missing folder, a link that leads
+/// nowhere, and anything that isn't a regular file.
+std::filesystem::path ResolveTarget(const std::filesystem::path& path);
+
+/// Whether a file, and the folder that it lies in, may be written by their mode bits, which are
+/// asked for root too, and by the system. A file that isn't there asks its folder only.
+bool MayReplace(const std::filesystem::path& target);
+
+/// Holds a folder against the other programs that replace files in it through this class.
+class FolderLock {
+ public:
+  /// Waits for the lock, ten seconds at most. Throws std::system_error.
+  explicit FolderLock(const std::filesystem::path& folder);
+
+ private:
+  FileDescriptor folder_;
+};
+
+/// The new content of a file: written beside it and put in its place at the end. The caller holds
+/// the folder's lock.
+class FileReplacement {
+ public:
+  /// `target` is what ResolveTarget gave. Throws std::system_error, std::errc::permission_denied
+  /// where MayReplace says no.
+  explicit FileReplacement(const std::filesystem::path& target);
+  FileReplacement(const FileReplacement&) = delete;
+  FileReplacement& operator=(const FileReplacement&) = delete;
+  /// Removes what was written if it hasn't been committed.
+  ~FileReplacement();
+
+  /// Throws std::system_error.
+  void append(std::string_view bytes);
+  /// Puts the new file, with the old one's mode and owner, in its place and on the disk; gives its
+  /// stamp, and its descriptor in `descriptor` if that isn't null. Throws std::system_error.
+  FileStamp commit(FileDescriptor* descriptor = nullptr);
+
+ private:
+  void flush();
+  void writeOut(std::string_view bytes);
+  void takeOverRights();
+
+  std::filesystem::path target_;
+  std::filesystem::path temporary_;
+  FileDescriptor file_;
+  std::string buffer_;
+  bool pending_ = false;
+};
+
+/// Locks, resolves and replaces in one: for content that doesn't depend on what stands there.
+/// Throws std::system_error.
+FileStamp ReplaceFile(const std::filesystem::path& path, std::string_view content);
+
+/// Removes what a killed writer of `target` left behind. Where another program writes right now,
+/// or the folder can't be changed, nothing is done.
+void RemoveStaleReplacement(const std::filesystem::path& target);
+
+}  // namespace torvane::posix
