@@ -1,0 +1,434 @@
+// The ANSI code page as tables. They are filled from iconv once, so that a conversion is a look-up
+// a character: names and values cross this border by the hundred thousand. Double-byte pages have a
+// second table by lead and trail byte; UTF-8 as the code page goes the way of the UTF-8 functions.
+#include "platform/posix/code_page.h"
+
+#include <iconv.h>
+#include <clocale>
+#include <cwctype>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/posix/prefix.h"
+#include "platform/posix/registry.h"
+#include "platform/winapi.h"
+
+namespace torvane::posix {
+namespace {
+
+constexpr unsigned kWestern = 1252;
+constexpr unsigned kUtf8 = 65001;
+constexpr char16_t kReplacement = 0xFFFD;
+constexpr char16_t kLead = 0xFFFF;
+constexpr std::size_t kUnits = 0x10000;
+
+/// One direction of iconv for single characters.
+class Converter {
+ public:
+  Converter(const std::string& to, const std::string& from)
+      : state_(iconv_open(to.c_str(), from.c_str())) {}
+  ~Converter() {
+    if (valid()) iconv_close(state_);
+  }
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+
+  bool valid() const { return reinterpret_cast<std::intptr_t>(state_) != -1; }
+
+  /// The bytes of one converted character; nothing where it has no counterpart or is incomplete.
+  std::optional<std::string> convert(std::string_view input) {
+    if (!valid()) return std::nullopt;
+    iconv(state_, nullptr, nullptr, nullptr, nullptr);
+    std::string in(input);
+    std::array<char, 16> out{};
+    char* source = in.data();
+    std::size_t sourceLeft = in.size();
+    char* target = out.data();
+    std::size_t targetLeft = out.size();
+    constexpr auto kFailed = static_cast<std::size_t>(-1);
+    // A positive result counts characters that iconv replaced by something similar.
+    if (iconv(state_, &source, &sourceLeft, &target, &targetLeft) != 0) return std::nullopt;
+    if (iconv(state_, nullptr, nullptr, &target, &targetLeft) == kFailed) return std::nullopt;
+    return std::string(out.data(), out.size() - targetLeft);
+  }
+
+  /// The same for a conversion to UTF-16; a character beyond 16 bits is none.
+  std::optional<char16_t> unit(std::string_view input) {
+    const auto utf16 = convert(input);
+    char16_t unit = 0;
+    if (!utf16 || utf16->size() != sizeof unit) return std::nullopt;
+    std::memcpy(&unit, utf16->data(), sizeof unit);
+    return unit;
+  }
+
+ private:
+  iconv_t state_;
+};
+
+/// Single bytes that Windows gives a unit of its own choice, mostly of the private use area,
+/// because the page leaves them undefined. Any other undefined byte stands for its own number.
+struct ByteRange {
+  unsigned page;
+  unsigned char first;
+  unsigned char last;
+  char16_t unit;
+};
+constexpr ByteRange kWindowsBytes[] = {
+    {874, 0xDB, 0xDE, 0xF8C1},  {874, 0xFC, 0xFF, 0xF8C5},  {1253, 0xAA, 0xAA, 0xF8F9},
+    {1253, 0xD2, 0xD2, 0xF8FA}, {1253, 0xFF, 0xFF, 0xF8FB}, {1255, 0xCA, 0xCA, 0x05BA},
+    {1255, 0xD9, 0xDF, 0xF88D}, {1255, 0xFB, 0xFC, 0xF894}, {1255, 0xFF, 0xFF, 0xF896},
+    {1257, 0xA1, 0xA1, 0xF8FC}, {1257, 0xA5, 0xA5, 0xF8FD}, {932, 0xA0, 0xA0, 0xF8F0},
+    {932, 0xFD, 0xFF, 0xF8F1},  {936, 0x80, 0x80, 0x20AC},  {936, 0xFF, 0xFF, 0xF8F5},
+    {949, 0xFF, 0xFF, 0xF8F7},  {950, 0xFF, 0xFF, 0xF8F8},
+};
+
+std::optional<char16_t> WindowsUnit(unsigned page, unsigned byte) {
+  for (const ByteRange& range : kWindowsBytes) {
+    if (range.page == page && byte >= range.first && byte <= range.last) {
+      return static_cast<char16_t>(range.unit + (byte - range.first));
+    }
+  }
+  return std::nullopt;
+}
+
+bool IsLeadByte(unsigned page, unsigned byte) {
+  switch (page) {
+    case 932:
+      return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+    case 936:
+    case 949:
+    case 950:
+      return byte >= 0x81 && byte <= 0xFE;
+    default:
+      return false;
+  }
+}
+
+/// The user-defined characters of the double-byte pages, of which glibc has none: rows of trail
+/// bytes that count on through the private use area. Page 936 has no trail byte 0x7F, page 950 none
+/// from 0x7F to 0xA0.
+struct UserRows {
+  unsigned page;
+  unsigned firstLead;
+  unsigned lastLead;
+  unsigned firstTrail;
+  unsigned lastTrail;
+  char16_t unit;
+};
+constexpr UserRows kUserRows[] = {
+    {936, 0xAA, 0xAF, 0xA1, 0xFE, 0xE000}, {936, 0xF8, 0xFE, 0xA1, 0xFE, 0xE234},
+    {936, 0xA1, 0xA7, 0x40, 0xA0, 0xE4C6}, {949, 0xC9, 0xC9, 0xA1, 0xFE, 0xE000},
+    {949, 0xFE, 0xFE, 0xA1, 0xFE, 0xE05E}, {950, 0xFA, 0xFE, 0x40, 0xFE, 0xE000},
+    {950, 0x8E, 0xA0, 0x40, 0xFE, 0xE311}, {950, 0x81, 0x8D, 0x40, 0xFE, 0xEEB8},
+    {950, 0xC6, 0xC8, 0xA1, 0xFE, 0xF6B1},
+};
+
+std::string IconvName(unsigned page) {
+  return (page == 874 ? "WINDOWS-" : "CP") + std::to_string(page);
+}
+
+class CodePage {
+ public:
+  explicit CodePage(unsigned page) : utf8_(page == kUtf8) {
+    if (!utf8_) fill(page);
+  }
+
+  std::u16string decode(std::string_view bytes) const;
+  std::string encode(std::u16string_view text) const;
+
+ private:
+  void fill(unsigned page);
+  void fillPairs(unsigned lead, Converter& decoder, Converter& encoder);
+  void fillUserRows(const UserRows& rows);
+  void keepCode(char16_t unit, unsigned code, Converter& encoder);
+  char16_t decodePair(unsigned char lead, unsigned char trail) const {
+    const char16_t unit = pairs_[(std::size_t{lead} << 8U) | trail];
+    return unit != 0 ? unit : undefinedPair_;
+  }
+
+  bool utf8_;
+  char16_t undefinedPair_ = u'?';
+  std::vector<char16_t> single_;      ///< by byte; kLead for a lead byte
+  std::vector<char16_t> pairs_;       ///< by lead and trail byte, 0 for none
+  std::vector<std::uint16_t> codes_;  ///< by unit: byte, or lead and trail byte; 0 for none
+};
+
+void CodePage::fill(unsigned page) {
+  Converter decoder("UTF-16LE", IconvName(page));
+  Converter encoder(IconvName(page), "UTF-16LE");
+  single_.assign(256, 0);
+  codes_.assign(kUnits, 0);
+  if (page == 932) undefinedPair_ = u'\u30FB';
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    if (IsLeadByte(page, byte)) {
+      single_[byte] = kLead;
+      fillPairs(byte, decoder, encoder);
+      continue;
+    }
+    const char code = static_cast<char>(byte);
+    auto unit = WindowsUnit(page, byte);
+    if (!unit) unit = decoder.unit({&code, 1});
+    single_[byte] = unit.value_or(static_cast<char16_t>(byte));
+    keepCode(single_[byte], byte, encoder);
+  }
+  for (const UserRows& rows : kUserRows) {
+    if (rows.page == page) fillUserRows(rows);
+  }
+}
+
+void CodePage::fillUserRows(const UserRows& rows) {
+  char16_t unit = rows.unit;
+  for (unsigned lead = rows.firstLead; lead <= rows.lastLead; ++lead) {
+    for (unsigned trail = rows.firstTrail; trail <= rows.lastTrail; ++trail) {
+      if (trail == 0x7F || (rows.page == 950 && trail > 0x7F && trail < 0xA1)) continue;
+      const unsigned code = (lead << 8U) | trail;
+      if (pairs_[code] == 0) pairs_[code] = unit;
+      if (codes_[unit] == 0) codes_[unit] = static_cast<std::uint16_t>(code);
+      ++unit;
+    }
+  }
+}
+
+void CodePage::fillPairs(unsigned lead, Converter& decoder, Converter& encoder) {
+  if (pairs_.empty()) pairs_.assign(kUnits, 0);
+  for (unsigned trail = 0x40; trail < 0xFF; ++trail) {
+    const std::array<char, 2> code{static_cast<char>(lead), static_cast<char>(trail)};
+    const auto unit = decoder.unit({code.data(), code.size()});
+    if (!unit) continue;
+    pairs_[(lead << 8U) | trail] = *unit;
+    keepCode(*unit, (lead << 8U) | trail, encoder);
+  }
+}
+
+void CodePage::keepCode(char16_t unit, unsigned code, Converter& encoder) {
+  std::uint16_t& kept = codes_[unit];
+  if (kept != 0) {
+    // Several codes stand for this character; iconv knows which of them is the one to write.
+    std::array<char, sizeof unit> utf16{};
+    std::memcpy(utf16.data(), &unit, sizeof unit);
+    const auto best = encoder.convert({utf16.data(), utf16.size()});
+    unsigned bestCode = 0;
+    for (const char byte : best.value_or("")) {
+      bestCode = (bestCode << 8U) | static_cast<unsigned char>(byte);
+    }
+    if (bestCode != code) return;
+  }
+  kept = static_cast<std::uint16_t>(code);
+}
+
+std::u16string CodePage::decode(std::string_view bytes) const {
+  if (utf8_) return FromUtf8(bytes);
+  std::u16string text;
+  text.reserve(bytes.size());
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    char16_t unit = single_[byte];
+    if (unit == kLead) {
+      // A lead byte without its trail byte leaves the closing NUL alone.
+      const bool alone = i + 1 == bytes.size() || bytes[i + 1] == '\0';
+      unit = alone ? undefinedPair_ : decodePair(byte, static_cast<unsigned char>(bytes[++i]));
+    }
+    text.push_back(unit);
+  }
+  return text;
+}
+
+std::string CodePage::encode(std::u16string_view text) const {
+  if (utf8_) return ToUtf8(text);
+  std::string bytes;
+  bytes.reserve(text.size());
+  for (const char16_t unit : text) {
+    const std::uint16_t code = codes_[unit];
+    if (code > 0xFF) bytes.push_back(static_cast<char>(code >> 8U));
+    bytes.push_back(code == 0 && unit != 0 ? '?' : static_cast<char>(code));
+  }
+  return bytes;
+}
+
+/// The number that the prefix names, as far as it can be converted.
+unsigned PrefixCodePage() {
+  const auto acp = MachineText(u"System\\CurrentControlSet\\Control\\Nls\\CodePage", u"ACP");
+  const std::string digits = ToUtf8(acp.value_or(u""));
+  unsigned page = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), page);
+  if (error != std::errc() || end != digits.data() + digits.size()) return kWestern;
+  if (page == kUtf8 || Converter("UTF-16LE", IconvName(page)).valid()) return page;
+  return kWestern;
+}
+
+std::unique_ptr<const CodePage>& CachedPage() {
+  static std::unique_ptr<const CodePage> page;
+  return page;
+}
+
+const AtForget kForgetPage([] { CachedPage().reset(); });
+
+const CodePage& Current() {
+  auto& page = CachedPage();
+  if (!page) page = std::make_unique<const CodePage>(PrefixCodePage());
+  return *page;
+}
+
+/// Lower case of every unit in the C.UTF-8 locale, which leaves the process's own alone.
+std::vector<char16_t> LowerCaseTable() {
+  std::vector<char16_t> table(kUnits);
+  const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  for (std::size_t unit = 0; unit < kUnits; ++unit) {
+    const auto wide = static_cast<wint_t>(unit);
+    const wint_t lower = locale != nullptr ? towlower_l(wide, locale) : std::towlower(wide);
+    table[unit] = static_cast<char16_t>(lower < kUnits ? lower : wide);
+  }
+  if (locale != nullptr) freelocale(locale);
+  return table;
+}
+
+/// The length of the well-formed UTF-8 sequence at the front of `bytes` with its character, or of
+/// the ill-formed part that one U+FFFD stands for.
+std::pair<std::size_t, char32_t> NextUtf8(std::string_view bytes) {
+  const auto lead = static_cast<unsigned char>(bytes[0]);
+  if (lead < 0x80) return {1, lead};
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC2 || lead > 0xF4) return {1, kReplacement};
+  // The second byte's range shuts out overlong forms, surrogates and what lies above U+10FFFF.
+  unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  unsigned high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  char32_t character = lead & (0xFFU >> (length + 1));
+  for (std::size_t i = 1; i < length; ++i) {
+    const unsigned next = i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U;
+    if (next < low || next > high) return {i, kReplacement};
+    character = (character << 6U) | (next & 0x3FU);
+    low = 0x80;
+    high = 0xBF;
+  }
+  return {length, character};
+}
+
+void AppendUtf8(std::string& bytes, char32_t character) {
+  const auto continuation = [character](unsigned shift) {
+    return static_cast<char>(0x80U | ((character >> shift) & 0x3FU));
+  };
+  if (character < 0x80) {
+    bytes += static_cast<char>(character);
+  } else if (character < 0x800) {
+    bytes += {static_cast<char>(0xC0U | (character >> 6U)), continuation(0)};
+  } else if (character < 0x10000) {
+    bytes += {static_cast<char>(0xE0U | (character >> 12U)), continuation(6), continuation(0)};
+  } else {
+    bytes += {static_cast<char>(0xF0U | (character >> 18U)), continuation(12), continuation(6),
+              continuation(0)};
+  }
+}
+
+bool IsHighSurrogate(char16_t unit) {
+  return (unit & 0xFC00U) == 0xD800U;
+}
+bool IsLowSurrogate(char16_t unit) {
+  return (unit & 0xFC00U) == 0xDC00U;
+}
+
+/// Copies a conversion's result as the two API calls do: its length for a size of 0.
+template <typename Char>
+int HandOut(const std::basic_string<Char>& result, Char* buffer, int size) {
+  const auto length = static_cast<int>(result.size());
+  if (size == 0) return length;
+  std::copy_n(result.data(), std::min(length, size), buffer);
+  if (length <= size) return length;
+  SetLastError(ERROR_INSUFFICIENT_BUFFER);
+  return 0;
+}
+
+/// The input of a conversion; -1 counts up to the closing NUL and takes it along.
+template <typename Char>
+std::basic_string_view<Char> Input(const Char* text, int count) {
+  if (count >= 0) return {text, static_cast<std::size_t>(count)};
+  return {text, std::char_traits<Char>::length(text) + 1};
+}
+
+}  // namespace
+
+std::u16string FromCodePage(std::string_view bytes) {
+  return Current().decode(bytes);
+}
+
+std::string ToCodePage(std::u16string_view text) {
+  return Current().encode(text);
+}
+
+std::u16string FromUtf8(std::string_view bytes) {
+  std::u16string text;
+  text.reserve(bytes.size());
+  while (!bytes.empty()) {
+    const auto [length, character] = NextUtf8(bytes);
+    bytes.remove_prefix(length);
+    if (character < 0x10000) {
+      text.push_back(static_cast<char16_t>(character));
+    } else {
+      text.push_back(static_cast<char16_t>(0xD7C0U + (character >> 10U)));
+      text.push_back(static_cast<char16_t>(0xDC00U | (character & 0x3FFU)));
+    }
+  }
+  return text;
+}
+
+std::string ToUtf8(std::u16string_view text) {
+  std::string bytes;
+  bytes.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char32_t character = text[i];
+    if (IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
+      character = 0x10000U + ((character & 0x3FFU) << 10U) + (text[++i] & 0x3FFU);
+    } else if (IsHighSurrogate(text[i]) || IsLowSurrogate(text[i])) {
+      character = kReplacement;
+    }
+    AppendUtf8(bytes, character);
+  }
+  return bytes;
+}
+
+char16_t FoldCase(char16_t unit) {
+  static const std::vector<char16_t> table = LowerCaseTable();
+  return table[unit];
+}
+
+std::u16string FoldCase(std::u16string_view text) {
+  std::u16string folded(text);
+  for (char16_t& unit : folded) unit = FoldCase(unit);
+  return folded;
+}
+
+}  // namespace torvane::posix
+
+using torvane::posix::FoldCase;
+
+int MultiByteToWideChar(UINT /*codePage*/, DWORD /*flags*/, LPCSTR bytes, int byteCount,
+                        LPWSTR text, int textSize) {
+  if (bytes == nullptr || byteCount == 0 || textSize < 0) {
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return 0;
+  }
+  using namespace torvane::posix;
+  return HandOut(FromCodePage(Input(bytes, byteCount)), text, textSize);
+}
+
+int WideCharToMultiByte(UINT /*codePage*/, DWORD /*flags*/, LPCWSTR text, int textCount,
+                        LPSTR bytes, int byteSize, LPCSTR /*defaultChar*/,
+                        BOOL* /*usedDefaultChar*/) {
+  if (text == nullptr || textCount == 0 || byteSize < 0) {
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return 0;
+  }
+  using namespace torvane::posix;
+  return HandOut(ToCodePage(Input(text, textCount)), bytes, byteSize);
+}
+
+DWORD CharLowerBuffW(LPWSTR text, DWORD count) {
+  for (DWORD i = 0; i < count; ++i) text[i] = FoldCase(text[i]);
+  return count;
+}
