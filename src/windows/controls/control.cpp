@@ -4,7 +4,7 @@
 
 namespace torvane {
 
-Control::Control(Form& form, Text name) : name_(std::move(name)) {
+Control::Control(Form& form, Text name) : parent_(form), name_(std::move(name)) {
   form.controls_.push_back(this);
 }
 

@@ -96,6 +96,8 @@ class Control {
   /// Lets the view go; the control keeps its state.
   virtual void detachView() = 0;
 
+  /// The form that the control stands on.
+  Form& Parent() const { return parent_; }
   const ::torvane::Text& Name() const { return name_; }
   /// The view's window; null without a view.
   HWND hWnd() const;
@@ -121,6 +123,7 @@ class Control {
   void updateView() const;
 
  private:
+  Form& parent_;
   ::torvane::Text name_;
   PixelRect bounds_;
   bool visible_ = true;

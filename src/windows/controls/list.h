@@ -24,6 +24,9 @@ class ListItem {
   /// A text that the program owns.
   const ::torvane::Text& Tag() const { return tag_; }
   void Tag(::torvane::Text tag) { tag_ = std::move(tag); }
+  /// The name under which the store that the list was read from holds the entry; empty unless set.
+  const ::torvane::Text& Key() const { return key_; }
+  void Key(::torvane::Text key) { key_ = std::move(key); }
   /// 1-based place in the list.
   int Index() const { return index_; }
   bool Selected() const;
@@ -37,6 +40,7 @@ class ListItem {
   bool selected_ = false;
   ::torvane::Text text_;
   ::torvane::Text tag_;
+  ::torvane::Text key_;
   std::vector<::torvane::Text> subItems_;
 };
 
@@ -99,6 +103,9 @@ class ListItemCollection {
   std::vector<std::unique_ptr<ListItem>> items_;
 };
 
+/// Where a control in icon view lines its icons up; report view ignores it.
+enum class ListArrange { None = 0, Left = 1, Top = 2 };
+
 /// The list control.
 class List : public ControlWithView<ListView> {
  public:
@@ -111,6 +118,7 @@ class List : public ControlWithView<ListView> {
   const ListItemCollection& ListItems() const { return items_; }
   /// The row with the focus, null for none. Without a view the first selected row.
   ListItem* SelectedItem();
+  ListArrange Arrange = ListArrange::None;
   /// A text that the program owns.
   const ::torvane::Text& Tag() const { return tag_; }
   void Tag(::torvane::Text tag) { tag_ = std::move(tag); }

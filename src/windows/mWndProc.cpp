@@ -1,0 +1,104 @@
+#include "windows/mWndProc.h"
+
+#include <cstring>
+#include <memory>
+#include <set>
+#include <sstream>
+
+#include "windows/controls/toolkit.h"
+
+// The list's procedure sees every message of its window, mouse moves included, so its usual path
+// looks the property up through a name that is made once.
+
+namespace torvane {
+namespace {
+
+constexpr char kOldProcedure[] = "OldWndProc";
+constexpr char kOwner[] = "ObjectPtr";
+
+struct FreeLocal {
+  void operator()(char* memory) const { LocalFree(memory); }
+};
+
+struct Subclassed {
+  std::set<HWND> windows;
+  /// A copy of kOldProcedure, there while a window is subclassed.
+  std::unique_ptr<char, FreeLocal> propertyName;
+  NotifyHandler onNotify;
+};
+
+Subclassed& State() {
+  static Subclassed state;
+  return state;
+}
+
+void TrackSubclassedWindow(HWND hWnd, bool add) {
+  Subclassed& state = State();
+  if (add) {
+    state.windows.insert(hWnd);
+    if (state.propertyName) return;
+    state.propertyName.reset(static_cast<char*>(LocalAlloc(LMEM_ZEROINIT, sizeof kOldProcedure)));
+    std::memcpy(state.propertyName.get(), kOldProcedure, sizeof kOldProcedure);
+  } else {
+    state.windows.erase(hWnd);
+    if (state.windows.empty()) state.propertyName.reset();
+  }
+}
+
+LRESULT CallOld(HANDLE old, HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
+  return CallWindowProcA(reinterpret_cast<WNDPROC>(old), hWnd, uMsg, wParam, lParam);
+}
+
+void ShowSubclassError(HWND hWnd) {
+  std::ostringstream message;
+  const DWORD error = GetLastError();
+  message << "Error subclassing window &H" << std::hex << std::uppercase
+          << reinterpret_cast<std::uintptr_t>(hWnd) << "\r\n"
+          << "Err# " << std::dec << error << ": the window's procedure can't be replaced";
+  CurrentToolkit().ShowMessage(FromAnsi(message.str()), MB_ICONEXCLAMATION, ApplicationTitle());
+}
+
+}  // namespace
+
+bool SubclassWindow(HWND hWnd, WNDPROC wndProc, HANDLE owner) {
+  if (GetPropA(hWnd, kOldProcedure)) return true;
+  TrackSubclassedWindow(hWnd, true);
+  const LONG_PTR old = SetWindowLongPtrA(hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(wndProc));
+  if (old != 0 && SetPropA(hWnd, kOldProcedure, reinterpret_cast<HANDLE>(old)) &&
+      (!owner || SetPropA(hWnd, kOwner, owner))) {
+    return true;
+  }
+  if (old != 0) SetWindowLongPtrA(hWnd, GWLP_WNDPROC, old);
+  ShowSubclassError(hWnd);
+  return false;
+}
+
+bool UnsubclassWindow(HWND hWnd) {
+  const HANDLE old = GetPropA(hWnd, kOldProcedure);
+  if (!old || SetWindowLongPtrA(hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(old)) == 0) {
+    return false;
+  }
+  RemovePropA(hWnd, kOldProcedure);
+  RemovePropA(hWnd, kOwner);
+  TrackSubclassedWindow(hWnd, false);
+  return true;
+}
+
+void SetListNotifyHandler(NotifyHandler handler) {
+  State().onNotify = std::move(handler);
+}
+
+LRESULT CALLBACK ListWindowProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
+  if (uMsg == LVM_SETIMAGELIST) return 0;
+  if (uMsg == WM_DESTROY) {
+    CallOld(GetPropA(hWnd, kOldProcedure), hWnd, uMsg, wParam, lParam);
+    UnsubclassWindow(hWnd);
+    return 0;
+  }
+  if (uMsg == kReflectedNotify && State().onNotify) {
+    if (const LRESULT answer = State().onNotify(hWnd, lParam)) return answer;
+  }
+  return CallOld(GetPropA(hWnd, State().propertyName.get()), hWnd, uMsg, wParam, lParam);
+}
+
+}  // namespace torvane
