@@ -160,6 +160,11 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD* reserved, DWORD* type, BY
                          DWORD* size);
 LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data,
                        DWORD size);
+/// The same two without the code page: text is in 16-bit units as it is stored, sizes in bytes.
+LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, DWORD* reserved, DWORD* type, BYTE* data,
+                         DWORD* size);
+LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data,
+                       DWORD size);
 LSTATUS RegDeleteValueA(HKEY key, LPCSTR name);
 /// The name at a 0-based index, in the order of the hive file, new values behind. `nameSize` is in
 /// characters: with the NUL going in, without it coming out.

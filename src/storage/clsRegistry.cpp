@@ -232,16 +232,44 @@ Variant clsRegistry::Value() {
   return StoredValue(key, valueBytes_, type, size).Read();
 }
 
+Text clsRegistry::WriteFailure(const Text& value) const {
+  return u"Failed to set registry value Key: '" + Decimal(classKey_) + u"',Section: '" +
+         sectionKey_ + u"',Key: '" + valueKey_ + u"' to value: '" + value + u"'";
+}
+
 void clsRegistry::Value(const Variant& vValue) const {
-  const auto description = [&] {
-    return u"Failed to set registry value Key: '" + Decimal(classKey_) + u"',Section: '" +
-           sectionKey_ + u"',Key: '" + valueKey_ + u"' to value: '" + AsText(vValue) + u"'";
-  };
   const OpenKey key = OpenKey::Created(classKey_, sectionBytes_);
-  if (!key.opened()) Raise(kErrorNumber, description());
+  if (!key.opened()) Raise(kErrorNumber, WriteFailure(AsText(vValue)));
   if (WriteByType(key, valueBytes_, valueType_, vValue) != ERROR_SUCCESS) {
-    Raise(kStatusErrorNumber, description());
+    Raise(kStatusErrorNumber, WriteFailure(AsText(vValue)));
   }
+}
+
+std::optional<StoredBytes> clsRegistry::Stored() const {
+  const OpenKey key = OpenKey::Existing(classKey_, sectionBytes_, kRead);
+  const auto* name = reinterpret_cast<const WCHAR*>(valueKey_.c_str());
+  DWORD type = 0;
+  DWORD size = 0;
+  if (RegQueryValueExW(key.handle(), name, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
+    return std::nullopt;
+  }
+  StoredBytes stored{static_cast<std::int32_t>(type), Bytes(size)};
+  if (RegQueryValueExW(key.handle(), name, nullptr, nullptr,
+                       reinterpret_cast<BYTE*>(stored.bytes.data()), &size) != ERROR_SUCCESS) {
+    return std::nullopt;
+  }
+  stored.bytes.resize(size);
+  return stored;
+}
+
+void clsRegistry::Stored(const StoredBytes& stored) const {
+  const OpenKey key = OpenKey::Created(classKey_, sectionBytes_);
+  if (!key.opened()) Raise(kErrorNumber, WriteFailure({}));
+  const LSTATUS status = RegSetValueExW(
+      key.handle(), reinterpret_cast<const WCHAR*>(valueKey_.c_str()), 0,
+      static_cast<DWORD>(stored.type), reinterpret_cast<const BYTE*>(stored.bytes.data()),
+      static_cast<DWORD>(stored.bytes.size()));
+  if (status != ERROR_SUCCESS) Raise(kStatusErrorNumber, WriteFailure({}));
 }
 
 bool clsRegistry::EnumerateValues(std::vector<Text>& sKeyNames, std::int32_t& iKeyCount) const {

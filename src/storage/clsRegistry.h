@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,12 @@ constexpr std::int32_t kLocalMachine = static_cast<std::int32_t>(0x80000002);
 /// Value types as the class takes them.
 constexpr std::int32_t kTextType = 1;
 constexpr std::int32_t kNumberType = 4;
+
+/// A value as the registry stores it, text in 16-bit units.
+struct StoredBytes {
+  std::int32_t type = 0;
+  Bytes bytes;
+};
 
 /// A key of the registry, opened and closed by each operation. Reading never fails loudly; what
 /// changes the registry throws RaisedError.
@@ -39,6 +46,11 @@ class clsRegistry {
   /// number as type 4 and ignore anything else.
   void Value(const Variant& vValue) const;
 
+  /// The value as it is stored, for writing it back elsewhere; nothing where there is none.
+  std::optional<StoredBytes> Stored() const;
+  /// Writes a value as it was stored, whatever ValueType is; throws as Value does.
+  void Stored(const StoredBytes& stored) const;
+
   /// The names of the key's values in the registry's order; slot 1 of the caller's array is element
   /// 0 of `sKeyNames`. True always: the count tells whether there are any.
   bool EnumerateValues(std::vector<Text>& sKeyNames, std::int32_t& iKeyCount) const;
@@ -53,6 +65,8 @@ class clsRegistry {
   void Default(Variant vDefault) { default_ = std::move(vDefault); }
 
  private:
+  Text WriteFailure(const Text& value) const;
+
   std::int32_t classKey_ = 0;
   Text sectionKey_;
   Text valueKey_;
