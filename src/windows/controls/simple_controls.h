@@ -97,7 +97,7 @@ class Panel {
   Panel(const StatusBar& bar, int minWidth) : bar_(bar), minWidth_(minWidth) {}
   const ::torvane::Text& Text() const { return text_; }
   void Text(::torvane::Text text);
-  /// Width in pixels; 0 for the panel that takes the room that the others leave.
+  /// Width in pixels at 96 dots an inch; 0 for the panel that takes the room that the others leave.
   int MinWidth() const { return minWidth_; }
 
  private:
@@ -109,7 +109,7 @@ class Panel {
 /// The status bar across the bottom of its form.
 class StatusBar : public ControlWithView<ControlView> {
  public:
-  /// `minWidths` has a width in pixels for each panel, 0 for the one that springs.
+  /// `minWidths` has the MinWidth of each panel, from the left.
   StatusBar(Form& form, Text name, const std::vector<int>& minWidths);
   void accept(ControlVisitor& visitor) override { visitor.visit(*this); }
 

@@ -24,6 +24,10 @@ void SetToolkit(Toolkit* toolkit) {
   Current() = toolkit;
 }
 
+int DesignPixels(int length) {
+  return length * 15 / CurrentToolkit().TwipsPerPixel();
+}
+
 void Deliver(const std::function<void()>& event) {
   try {
     event();

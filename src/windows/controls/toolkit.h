@@ -39,6 +39,9 @@ class Toolkit {
   virtual int TwipsPerPixel() const = 0;
 };
 
+/// Pixels of the screen for a length that was designed at 96 dots an inch.
+int DesignPixels(int length);
+
 /// The running toolkit. There must be one.
 Toolkit& CurrentToolkit();
 /// Puts a toolkit in place (null takes it away again); the caller keeps it alive.

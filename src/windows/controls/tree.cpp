@@ -11,16 +11,16 @@ void Node::Image(int image) {
 }
 
 void Node::Expanded(bool expanded) {
-  if (expanded != expanded_) {
-    expanded_ = expanded;
-    if (TreeView* view = tree_.view()) view->expansionChanged(*this);
-  }
+  if (expanded == expanded_ || !hasChildren_) return;
+  expanded_ = expanded;
+  if (TreeView* view = tree_.view()) view->expansionChanged(*this);
   expanded ? tree_.Expand(*this) : tree_.Collapse(*this);
 }
 
 Node& NodeCollection::Add(Node* relative, NodeRelationship relationship, Text text, int image) {
   Node* parent = relationship == NodeRelationship::Child ? relative : nullptr;
   Node& node = nodes_.emplace_back(tree_, parent, Count() + 1, std::move(text), image);
+  if (parent) parent->hasChildren_ = true;
   if (TreeView* view = tree_.view()) view->nodeAdded(node);
   return node;
 }

@@ -28,11 +28,13 @@ class Node {
   int Image() const { return image_; }
   void Image(int image);
   bool Expanded() const { return expanded_; }
-  /// Expands or collapses the node and fires the tree's event, also for a node without children and
-  /// where nothing changes.
+  /// Expands or collapses the node and fires the tree's event. Nothing happens on a node without
+  /// children or one that is so already.
   void Expanded(bool expanded);
 
  private:
+  friend class NodeCollection;
+
   Tree& tree_;
   Node* parent_;
   int index_;
@@ -40,6 +42,7 @@ class Node {
   ::torvane::Text tag_;
   int image_;
   bool expanded_ = false;
+  bool hasChildren_ = false;
 };
 
 /// What a tree asks of its view.
