@@ -1,5 +1,7 @@
 // The error code of the calls that document one; each thread has its own.
-#include "platform/winapi.h"
+#include "platform/posix/last_error.h"
+
+#include <cerrno>
 
 namespace {
 
@@ -13,4 +15,31 @@ DWORD GetLastError() {
 
 void SetLastError(DWORD code) {
   lastError = code;
+}
+
+DWORD torvane::posix::WindowsError(int hostError) {
+  switch (hostError) {
+    case 0:
+      return ERROR_SUCCESS;
+    case ENOENT:
+      return ERROR_FILE_NOT_FOUND;
+    case ENOTDIR:
+    case ELOOP:
+    case ENAMETOOLONG:
+      return ERROR_PATH_NOT_FOUND;
+    case EEXIST:
+      return ERROR_FILE_EXISTS;
+    case ENOSPC:
+    case EDQUOT:
+      return ERROR_DISK_FULL;
+    case EBADF:
+      return ERROR_INVALID_HANDLE;
+    case EBUSY:
+    case ETXTBSY:
+      return ERROR_SHARING_VIOLATION;
+    case EINVAL:
+      return ERROR_INVALID_PARAMETER;
+    default:
+      return ERROR_ACCESS_DENIED;
+  }
 }

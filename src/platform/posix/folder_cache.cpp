@@ -1,0 +1,158 @@
+// A listing is trusted while the folder's stamp is what it was before the reading. Stamps move in
+// steps of the file system's clock, so a listing that was read within one step of the stamp may
+// miss what came later in that step, and is good for one answer only.
+#include "platform/posix/folder_cache.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+#include <time.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "platform/posix/atomic_file.h"
+#include "platform/posix/code_page.h"
+#include "platform/posix/prefix.h"
+
+namespace torvane::posix {
+namespace {
+
+/// The kernel stamps files by its tick of at most 10 ms; file systems that keep whole seconds only,
+/// by steps of up to two of them.
+constexpr std::int64_t kFineStep = 20'000'000;
+constexpr std::int64_t kSecond = 1'000'000'000;
+
+/// Entries kept over all folders; beyond it the cache starts anew.
+constexpr std::size_t kMostEntries = 1'000'000;
+
+struct CachedFolder {
+  FolderListing listing;
+  FileStamp stamp;
+  bool trusted = false;
+};
+
+struct Cache {
+  std::unordered_map<std::string, CachedFolder> folders;
+  std::size_t entries = 0;
+  std::uint64_t readings = 0;
+};
+
+Cache& TheCache() {
+  static Cache cache;
+  return cache;
+}
+
+const AtForget kForgetFolders([] {
+  TheCache().folders.clear();
+  TheCache().entries = 0;
+});
+
+std::int64_t Now() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return now.tv_sec * kSecond + now.tv_nsec;
+}
+
+/// Only the time of change counts: the time of modification can be set at will, to the future too.
+bool IsSettled(const FileStamp& stamp, std::int64_t now) {
+  const std::int64_t step = stamp.changed % kSecond == 0 ? 2 * kSecond + kFineStep : kFineStep;
+  return stamp.changed + step < now;
+}
+
+struct CloseFolder {
+  // Closing a folder that was only read loses nothing.
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
+std::optional<std::vector<FolderEntry>> ReadEntries(const std::string& folder) {
+  const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
+  if (!open) return std::nullopt;
+  std::vector<FolderEntry> entries;
+  while (const dirent* entry = readdir(open.get())) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") entries.push_back({std::string(name), FromUtf8(name)});
+  }
+  return entries;
+}
+
+bool HasTrustedListing(const std::string& folder) {
+  const auto known = TheCache().folders.find(folder);
+  return known != TheCache().folders.end() && known->second.trusted;
+}
+
+bool Exists(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
+}
+
+}  // namespace
+
+FolderListing::FolderListing(std::vector<FolderEntry> entries) {
+  std::vector<std::pair<std::u16string, FolderEntry>> byFolded;
+  byFolded.reserve(entries.size());
+  for (FolderEntry& entry : entries) byFolded.emplace_back(FoldCase(entry.name), std::move(entry));
+  std::sort(byFolded.begin(), byFolded.end(), [](const auto& left, const auto& right) {
+    return std::tie(left.first, left.second.hostName) <
+           std::tie(right.first, right.second.hostName);
+  });
+  entries_.reserve(byFolded.size());
+  firstByFolded_.reserve(byFolded.size());
+  for (auto& [folded, entry] : byFolded) {
+    firstByFolded_.emplace(std::move(folded), entries_.size());
+    entries_.push_back(std::move(entry));
+  }
+}
+
+const FolderEntry* FolderListing::find(std::u16string_view name) const {
+  const std::u16string folded = FoldCase(name);
+  const auto first = firstByFolded_.find(folded);
+  if (first == firstByFolded_.end()) return nullptr;
+  for (std::size_t i = first->second; i < entries_.size(); ++i) {
+    if (entries_[i].name == name) return &entries_[i];
+    if (FoldCase(entries_[i].name) != folded) break;
+  }
+  return &entries_[first->second];
+}
+
+const FolderListing* ListFolder(const std::string& folder) {
+  if (folder.empty()) return ListFolder("/");
+  Cache& cache = TheCache();
+  const std::int64_t now = Now();
+  const FileStamp stamp = StampOf(folder);
+  const auto known = cache.folders.find(folder);
+  if (known != cache.folders.end()) {
+    if (known->second.trusted && known->second.stamp == stamp) return &known->second.listing;
+    cache.entries -= known->second.listing.entries().size();
+    cache.folders.erase(known);
+  }
+  auto entries = ReadEntries(folder);
+  if (!entries) return nullptr;
+  ++cache.readings;
+  if (cache.entries + entries->size() > kMostEntries) {
+    cache.folders.clear();
+    cache.entries = 0;
+  }
+  cache.entries += entries->size();
+  CachedFolder read{FolderListing(std::move(*entries)), stamp, IsSettled(stamp, now)};
+  return &cache.folders.emplace(folder, std::move(read)).first->second.listing;
+}
+
+std::optional<std::string> FindInFolder(const std::string& folder, std::u16string_view name) {
+  // Asking for the exact name is cheaper than a reading, and all that a folder allows which may be
+  // passed but not read.
+  if (!HasTrustedListing(folder)) {
+    std::string exact = ToUtf8(name);
+    if (Exists(folder + "/" + exact)) return exact;
+  }
+  const FolderListing* listing = ListFolder(folder);
+  const FolderEntry* entry = listing != nullptr ? listing->find(name) : nullptr;
+  if (entry == nullptr) return std::nullopt;
+  return entry->hostName;
+}
+
+std::uint64_t FolderReadings() {
+  return TheCache().readings;
+}
+
+}  // namespace torvane::posix

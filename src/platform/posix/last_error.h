@@ -1,0 +1,11 @@
+// From the host's error numbers to those of Windows.
+#pragma once
+
+#include "platform/winapi.h"
+
+namespace torvane::posix {
+
+/// The Windows code for an errno value.
+DWORD WindowsError(int hostError);
+
+}  // namespace torvane::posix
