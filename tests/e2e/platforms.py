@@ -1,0 +1,69 @@
+"""The two Torvanes under test: the Linux program on a Wine prefix, and torvane.exe under Wine."""
+import contextlib
+import glob
+import os
+import unittest
+
+import wine
+from display import Display
+from driver import ROOT, Torvane
+
+
+class Platform(unittest.TestCase):
+    """The base of the tests, which run the same on both platforms. A subclass says how the program
+    is started on a prefix and where it keeps what it knows of INI folders."""
+
+    def prefix(self):
+        """A fresh prefix of this test's own."""
+        return wine.fresh(self.id().rsplit('.', 1)[-1] + '-' + self.name)
+
+    @contextlib.contextmanager
+    def torvane(self, prefix):
+        """The running program on a screen of its own; closed at the end, when it must give 0."""
+        prefix.end()
+        with Display() as display:
+            program = Torvane(display, self.command(), prefix.environment)
+            try:
+                yield program
+                self.assertEqual(program.close(), 0)
+                prefix.end()
+            except BaseException:
+                display.look().save(os.path.join(wine.BUILD, 'e2e', self.id() + '.png'))
+                raise
+            finally:
+                program.kill()
+
+
+class OnLinux(Platform):
+    name = 'linux'
+
+    def command(self):
+        return [os.path.join(ROOT, 'build/linux/torvane')]
+
+    def store_ini_folders(self, prefix, folders):
+        lines = [f'"{program}"="{folder}"'.replace('\\', '\\\\')
+                 for program, folder in folders.items()]
+        with open(os.path.join(prefix.folder, 'torvane.reg'), 'w', encoding='ascii') as file:
+            file.write('WINE REGISTRY Version 2\n;; All keys relative to '
+                       'REGISTRY\\\\User\\\\S-1-5-21-0-0-0-1000\n\n#arch=win64\n\n'
+                       '[Software\\\\Halvex\\\\Torvane\\\\Paths] 1054450800\n' +
+                       '\n'.join(lines) + '\n')
+
+
+class UnderWine(Platform):
+    name = 'windows'
+
+    def command(self):
+        return ['wine', os.path.join(ROOT, 'build/windows/torvane.exe')]
+
+    def store_ini_folders(self, prefix, folders):
+        prefix.regedit({'Software\\Halvex\\Torvane\\Paths': folders})
+
+
+def temporary_files(prefix):
+    """The names of the files that Torvane has in the prefix's temporary folders."""
+    folders = glob.glob(os.path.join(prefix.folder, 'drive_c/users/*/Temp'))
+    folders += glob.glob(os.path.join(prefix.folder, 'drive_c/users/*/AppData/Local/Temp'))
+    folders.append(os.path.join(prefix.folder, 'drive_c/windows/temp'))
+    return sorted(os.path.basename(path) for folder in folders
+                  for path in glob.glob(os.path.join(folder, 'TV*')))
