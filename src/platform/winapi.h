@@ -96,9 +96,11 @@ constexpr LONG ERROR_INVALID_PARAMETER = 87;
 constexpr LONG ERROR_DISK_FULL = 112;
 constexpr LONG ERROR_INSUFFICIENT_BUFFER = 122;
 constexpr LONG ERROR_INVALID_NAME = 123;
+constexpr LONG ERROR_BAD_PATHNAME = 161;
 constexpr LONG ERROR_MORE_DATA = 234;
 constexpr LONG ERROR_NO_MORE_ITEMS = 259;
 constexpr LONG ERROR_REGISTRY_CORRUPT = 1015;
+constexpr LONG ERROR_KEY_DELETED = 1018;
 
 /// The code of the last failing call of this thread that documents one (files and profile files).
 DWORD GetLastError();

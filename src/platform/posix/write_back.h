@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace torvane::posix {
@@ -12,6 +13,17 @@ struct WriteFailure {
   std::string path;    ///< host path, UTF-8
   std::string reason;  ///< the system's words
   bool inUseByWine = false;
+};
+
+/// A write that this layer refuses, for a reason in its own words (English, UTF-8).
+class WriteRefused : public std::system_error {
+ public:
+  WriteRefused(std::errc code, const std::string& reason)
+      : std::system_error(std::make_error_code(code)), reason_(reason) {}
+  const std::string& reason() const { return reason_; }
+
+ private:
+  std::string reason_;
 };
 
 /// A cached file of the Windows world whose changes wait to be written.

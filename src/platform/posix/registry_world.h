@@ -1,0 +1,71 @@
+// The registry of the prefix: which hive holds a key, and the keys that are open.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "platform/posix/hive.h"
+#include "platform/winapi.h"
+
+namespace torvane::posix {
+
+/// Where a key lies: a hive and the path in it, symbolic links followed.
+struct KeyPlace {
+  Hive* hive = nullptr;
+  std::u16string path;
+};
+
+/// A key behind a handle.
+class OpenKey {
+ public:
+  OpenKey(KeyPlace place, REGSAM rights) : place_(std::move(place)), rights_(rights) {}
+
+  Hive& hive() const { return *place_.hive; }
+  const std::u16string& path() const { return place_.path; }
+  bool allows(REGSAM rights) const { return (rights_ & rights) == rights; }
+  /// The key in the hive as it is now; nothing if it has gone.
+  std::optional<KeyId> find();
+
+ private:
+  KeyPlace place_;
+  REGSAM rights_;
+  std::uint64_t generation_ = 0;
+  std::optional<KeyId> known_;
+};
+
+/// The prefix's three hives and the open keys. There is one, made on first use and dropped by
+/// ForgetWorld().
+class RegistryWorld {
+ public:
+  /// Throws PrefixError where there is no prefix.
+  static RegistryWorld& Instance();
+
+  RegistryWorld();
+
+  Hive& user() { return user_; }
+  Hive& machine() { return machine_; }
+  Hive& own() { return own_; }
+
+  /// The key behind a handle, null for a bad one. The predefined keys are open with all rights.
+  OpenKey* key(HKEY handle);
+  HKEY add(KeyPlace place, REGSAM rights);
+  /// Gives false for a bad handle.
+  bool close(HKEY handle);
+
+  /// The place of a path below an open key, its hive as it is on disk; nothing where a symbolic
+  /// link on the way leads nowhere.
+  std::optional<KeyPlace> locate(const OpenKey& parent, std::u16string_view path);
+
+ private:
+  std::optional<KeyPlace> follow(KeyPlace place);
+
+  Hive user_;
+  Hive machine_;
+  Hive own_;
+  std::unordered_map<std::uintptr_t, OpenKey> keys_;
+};
+
+}  // namespace torvane::posix
