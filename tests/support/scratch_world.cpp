@@ -35,6 +35,16 @@ std::string ScratchWorld::FileBytes(std::string_view windowsPath) const {
   return bytes.str();
 }
 
+void ScratchWorld::MakeWindowsFile(const std::string& name, std::string_view bytes) {
+  windowsFiles_.push_back(hostRoot_ / "windows" / name);
+  std::ofstream(windowsFiles_.back(), std::ios::binary) << bytes;
+}
+
+std::string ScratchWorld::WindowsFileBytes(const std::string& name) const {
+  WriteBack();
+  return FileBytes("C:\\windows\\" + name);
+}
+
 void ScratchWorld::UseKey(const std::string& path) {
   RemoveKey(path);
   keys_.push_back(path);

@@ -32,6 +32,10 @@ class ScratchWorld : public ::testing::Test {
   /// The host's path of a Windows path in this world, to look at a file behind the program's back.
   std::filesystem::path Host(std::string_view windowsPath) const;
   std::string FileBytes(std::string_view windowsPath) const;
+  /// A file in the Windows folder, removed at the test's end.
+  void MakeWindowsFile(const std::string& name, std::string_view bytes);
+  /// What the file holds now, with everything written that waits to be written.
+  std::string WindowsFileBytes(const std::string& name) const;
 
   /// Empties a key below HKEY_CURRENT_USER, now and at the test's end, with its subkeys.
   void UseKey(const std::string& path);
@@ -46,11 +50,14 @@ class ScratchWorld : public ::testing::Test {
 
  private:
   void RemoveKey(const std::string& path);
+  /// Lets the platform write what it holds back.
+  static void WriteBack();
 
   std::string folder_;
   std::filesystem::path hostRoot_;  ///< the host's folder of drive C:
   std::filesystem::path scratch_;   ///< removed at the end
   std::vector<std::string> keys_;
+  std::vector<std::filesystem::path> windowsFiles_;
 };
 
 }  // namespace torvane::testing

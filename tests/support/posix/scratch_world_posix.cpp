@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "platform/posix/prefix.h"
+#include "platform/posix/write_back.h"
 #include "support/scratch_world.h"
 
 namespace torvane::testing {
@@ -40,5 +41,9 @@ ScratchWorld::~ScratchWorld() {
 
 // The whole prefix is new, and goes with the test.
 void ScratchWorld::RemoveKey(const std::string& /*path*/) {}
+
+void ScratchWorld::WriteBack() {
+  EXPECT_TRUE(posix::WriteBackChanges().empty());
+}
 
 }  // namespace torvane::testing

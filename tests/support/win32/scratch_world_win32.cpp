@@ -13,11 +13,17 @@ ScratchWorld::~ScratchWorld() {
   for (const std::string& key : keys_) RemoveKey(key);
   // A leftover in the scratch prefix fails no test.
   std::error_code ignored;
+  for (const auto& file : windowsFiles_) std::filesystem::remove(file, ignored);
   std::filesystem::remove_all(scratch_, ignored);
 }
 
 void ScratchWorld::RemoveKey(const std::string& path) {
   RegDeleteTreeA(HKEY_CURRENT_USER, path.c_str());
+}
+
+// The profile calls keep a file in memory until they are told to let go of it.
+void ScratchWorld::WriteBack() {
+  WritePrivateProfileStringA(nullptr, nullptr, nullptr, "C:\\windows\\win.ini");
 }
 
 }  // namespace torvane::testing
