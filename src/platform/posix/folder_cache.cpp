@@ -5,23 +5,19 @@
 
 #include <dirent.h>
 #include <sys/stat.h>
-#include <time.h>
 
 #include <algorithm>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/code_page.h"
+#include "platform/posix/file_clock.h"
 #include "platform/posix/prefix.h"
 
 namespace torvane::posix {
 namespace {
-
-/// The kernel stamps files by its tick of at most 10 ms; file systems that keep whole seconds only,
-/// by steps of up to two of them.
-constexpr std::int64_t kFineStep = 20'000'000;
-constexpr std::int64_t kSecond = 1'000'000'000;
 
 /// Entries kept over all folders; beyond it the cache starts anew.
 constexpr std::size_t kMostEntries = 1'000'000;
@@ -47,18 +43,6 @@ const AtForget kForgetFolders([] {
   TheCache().folders.clear();
   TheCache().entries = 0;
 });
-
-std::int64_t Now() {
-  timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
-  return now.tv_sec * kSecond + now.tv_nsec;
-}
-
-/// Only the time of change counts: the time of modification can be set at will, to the future too.
-bool IsSettled(const FileStamp& stamp, std::int64_t now) {
-  const std::int64_t step = stamp.changed % kSecond == 0 ? 2 * kSecond + kFineStep : kFineStep;
-  return stamp.changed + step < now;
-}
 
 struct CloseFolder {
   // Closing a folder that was only read loses nothing.
@@ -118,7 +102,7 @@ const FolderEntry* FolderListing::find(std::u16string_view name) const {
 const FolderListing* ListFolder(const std::string& folder) {
   if (folder.empty()) return ListFolder("/");
   Cache& cache = TheCache();
-  const std::int64_t now = Now();
+  const std::int64_t now = FileClock();
   const FileStamp stamp = StampOf(folder);
   const auto known = cache.folders.find(folder);
   if (known != cache.folders.end()) {

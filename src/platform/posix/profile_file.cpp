@@ -1,0 +1,103 @@
+// Waiting changes are kept as calls, not as bytes: whatever stands in the file when the time comes,
+// they can be made there.
+#include "platform/posix/profile_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <map>
+#include <system_error>
+#include <utility>
+
+#include "platform/posix/file_clock.h"
+#include "platform/posix/prefix.h"
+
+namespace torvane::posix {
+namespace {
+
+using Files = std::map<std::filesystem::path, std::unique_ptr<ProfileFile>>;
+
+Files& KnownFiles() {
+  static Files files;
+  return files;
+}
+
+const AtForget kForgetProfiles([] { KnownFiles().clear(); });
+
+/// Removes what a writer left behind that was killed in the middle.
+void CleanUp(const std::filesystem::path& path) {
+  try {
+    RemoveStaleReplacement(ResolveTarget(path));
+  } catch (const std::system_error&) {
+    // A path that no file can be written to has nothing left behind either.
+  }
+}
+
+}  // namespace
+
+ProfileFile::ProfileFile(std::filesystem::path path) : path_(std::move(path)) {
+  CleanUp(path_);
+}
+
+const ProfileText& ProfileFile::text() {
+  refresh();
+  return *text_;
+}
+
+void ProfileFile::refresh() {
+  const std::int64_t now = FileClock();
+  if (text_ && trusted_ && StampOf(path_) == stamp_) return;
+  const FileContent content = ReadWholeFile(path_);
+  original_ = content.view();
+  stamp_ = content.stamp;
+  trusted_ = IsSettled(stamp_, now);
+  text_ = std::make_unique<ProfileText>(original_);
+  for (const Change& change : pending_) apply(change);
+}
+
+void ProfileFile::apply(const Change& change) {
+  if (!change.key) {
+    text_->removeSection(change.section);
+  } else if (!change.value) {
+    text_->removeKey(change.section, *change.key);
+  } else {
+    text_->set(change.section, *change.key, *change.value);
+  }
+}
+
+void ProfileFile::change(std::u16string_view section, std::optional<std::u16string> key,
+                         std::optional<std::u16string> value) {
+  refresh();
+  Change change{std::u16string(section), std::move(key), std::move(value)};
+  const bool removes = !change.key || !change.value;
+  if (removes && !text_->contains(change.section, change.key)) return;
+  // Once a change waits, the rest of them share its fate.
+  if (pending_.empty() && !MayReplace(ResolveTarget(path_))) {
+    throw std::system_error(EACCES, std::generic_category(), path_.string());
+  }
+  apply(change);
+  pending_.push_back(std::move(change));
+  MarkChanged(*this);
+}
+
+void ProfileFile::writeBack() {
+  const std::filesystem::path target = ResolveTarget(path_);
+  const FolderLock lock(target.parent_path());
+  refresh();
+  std::string bytes = text_->bytes();
+  if (bytes != original_) {
+    FileReplacement replacement(target);
+    replacement.append(bytes);
+    stamp_ = replacement.commit();
+    trusted_ = false;
+    original_ = std::move(bytes);
+  }
+  pending_.clear();
+}
+
+ProfileFile& OpenProfile(const std::filesystem::path& path) {
+  auto& file = KnownFiles()[path];
+  if (!file) file = std::make_unique<ProfileFile>(path);
+  return *file;
+}
+
+}  // namespace torvane::posix
