@@ -35,13 +35,8 @@ FileStamp StampFrom(const struct stat& status) {
   stamp.size = status.st_size;
   stamp.modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec;
   stamp.changed = status.st_ctim.tv_sec * kNanoseconds + status.st_ctim.tv_nsec;
+  stamp.links = status.st_nlink;
   return stamp;
-}
-
-FileStamp StampFrom(int descriptor, const std::filesystem::path& path) {
-  struct stat status {};
-  if (fstat(descriptor, &status) != 0) Fail(errno, path);
-  return StampFrom(status);
 }
 
 std::filesystem::path TemporaryFor(const std::filesystem::path& target) {
@@ -94,6 +89,12 @@ FileStamp StampOf(const std::filesystem::path& path) {
   return stat(path.c_str(), &status) == 0 ? StampFrom(status) : FileStamp{};
 }
 
+FileStamp StampOf(const FileDescriptor& file) {
+  struct stat status {};
+  if (fstat(file.get(), &status) != 0) Fail(errno, {});
+  return StampFrom(status);
+}
+
 FileContent ReadWholeFile(const std::filesystem::path& path) {
   constexpr int kAttempts = 8;
   FileContent content;
@@ -113,8 +114,7 @@ FileContent ReadWholeFile(const std::filesystem::path& path) {
     content.bytes = std::make_unique_for_overwrite<char[]>(size);
     content.size = ReadAll(content.descriptor.get(), content.bytes.get(), size, path);
     // Someone may be writing in place: what was read counts if the stamp still stands.
-    if (content.size == size && StampFrom(content.descriptor.get(), path) == content.stamp)
-      return content;
+    if (content.size == size && StampOf(content.descriptor) == content.stamp) return content;
   }
   Fail(EBUSY, path);
 }
@@ -216,7 +216,7 @@ FileStamp FileReplacement::commit(FileDescriptor* descriptor) {
   if (fsync(file_.get()) != 0) Fail(errno, target_);
   if (rename(temporary_.c_str(), target_.c_str()) != 0) Fail(errno, target_);
   pending_ = false;
-  const FileStamp stamp = StampFrom(file_.get(), target_);
+  const FileStamp stamp = StampOf(file_);
   const FileDescriptor folder(
       open(target_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   // EINVAL: a file system that can't sync folders.

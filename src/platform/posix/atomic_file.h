@@ -39,6 +39,7 @@ struct FileStamp {
   std::int64_t size = -1;     ///< in bytes, -1 for a file that isn't there
   std::int64_t modified = 0;  ///< nanoseconds
   std::int64_t changed = 0;   ///< nanoseconds
+  std::uint64_t links = 0;    ///< names of the file; one less when it has been replaced
 
   bool exists() const { return size >= 0; }
   bool operator==(const FileStamp&) const = default;
@@ -46,6 +47,10 @@ struct FileStamp {
 
 /// The stamp of the file that a path leads to, links followed.
 FileStamp StampOf(const std::filesystem::path& path);
+
+/// The stamp of an open file. It differs from an earlier one also when the file has been replaced
+/// by another or removed. Throws std::system_error.
+FileStamp StampOf(const FileDescriptor& file);
 
 /// A file's bytes with the stamp that they were read under. The descriptor stays open so that the
 /// inode number can't go to another file while the stamp is held against the path.

@@ -54,6 +54,8 @@ Hive::Hive(std::filesystem::path file, HiveRole role) : file_(std::move(file)), 
 
 std::unique_ptr<HiveImage> Hive::read() {
   readError_.clear();
+  std::error_code ignored;
+  isLink_ = std::filesystem::is_symlink(std::filesystem::symlink_status(file_, ignored));
   FileContent content;
   try {
     content = ReadWholeFile(file_);
@@ -68,8 +70,15 @@ std::unique_ptr<HiveImage> Hive::read() {
   return std::make_unique<HiveImage>(std::move(content), HiveHeader(role_, architecture));
 }
 
+/// Whether the file is as it was read. Asking the open file is a third of the cost of asking for
+/// the path, and refresh() is called for every value that is read.
+bool Hive::isCurrent() const {
+  if (isLink_ || !image_->descriptor()) return StampOf(file_) == image_->stamp();
+  return StampOf(image_->descriptor()) == image_->stamp();
+}
+
 void Hive::refresh() {
-  if (image_ && (isPending_ || StampOf(file_) == image_->stamp())) return;
+  if (image_ && (isPending_ || isCurrent())) return;
   image_.reset();
   image_ = read();
   ++generation_;

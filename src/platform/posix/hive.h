@@ -47,6 +47,7 @@ class Hive final : public ChangedFile {
   std::string hostPath() const override { return file_.string(); }
 
  private:
+  bool isCurrent() const;
   std::unique_ptr<HiveImage> read();
   void takeOver();
 
@@ -54,6 +55,7 @@ class Hive final : public ChangedFile {
   HiveRole role_;
   std::unique_ptr<HiveImage> image_;
   std::string readError_;
+  bool isLink_ = false;  ///< the file's name is a symbolic link
   std::uint64_t generation_ = 0;
   bool isPending_ = false;  ///< changes wait
   bool isChecked_ = false;  ///< since the last writing, changing was found to be allowed

@@ -45,6 +45,7 @@ class HiveImage {
   HiveImage& operator=(const HiveImage&) = delete;
 
   const FileStamp& stamp() const { return file_.stamp; }
+  const FileDescriptor& descriptor() const { return file_.descriptor; }
   /// The first thing that is wrong with the file ("line 12: ..."); empty for a sound one. What is
   /// not sound must not be written.
   const std::string& problem() const { return problem_; }
