@@ -1,0 +1,108 @@
+#include "windows/qt/qt_form.h"
+
+#include <QApplication>
+#include <QScreen>
+
+#include "windows/qt/qt_text.h"
+
+namespace torvane {
+namespace {
+
+constexpr int kApplicationIcon = 101;
+
+/// Where Windows keeps a minimized window: far off the screen and small. The rules for the saved
+/// size and place count on it.
+constexpr PixelRect kMinimized{-32000, -32000, 160, 31};
+
+}  // namespace
+
+QtForm::QtForm(Form& form, QtPictures& pictures)
+    : pictures_(pictures), window_(&MakeChild<FormWindow>(form)), record_(window_->client()) {
+  window_->setWindowIcon(pictures.resourceIcon(kApplicationIcon));
+  QtForm::setCaption(form.Caption());
+  const QSize design(form.DesignWidth, form.DesignHeight);
+  window_->setClientSize(design);
+  if (form.Border() != BorderStyle::Sizable) window_->setFixedSize(window_->size());
+  centre();
+}
+
+QtForm::~QtForm() {
+  QtForm::setMousePointer(MousePointer::Default);
+  window_->letGo();
+  Retire(window_);
+}
+
+void QtForm::centre() {
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  window_->move(screen.center() - window_->rect().center());
+}
+
+PixelRect QtForm::outerBounds() const {
+  if (window_->isMinimized()) return kMinimized;
+  const QRect outer = window_->outerBounds();
+  return {outer.left(), outer.top(), outer.width(), outer.height()};
+}
+
+void QtForm::setOuterBounds(const PixelRect& bounds) {
+  window_->setOuterBounds({bounds.left, bounds.top, bounds.width, bounds.height});
+}
+
+WindowState QtForm::windowState() const {
+  if (window_->isMinimized()) return WindowState::Minimized;
+  return window_->isMaximized() ? WindowState::Maximized : WindowState::Normal;
+}
+
+void QtForm::setWindowState(WindowState state) {
+  const Qt::WindowStates rest =
+      window_->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+  switch (state) {
+    case WindowState::Normal:
+      window_->setWindowState(rest);
+      break;
+    case WindowState::Minimized:
+      window_->setWindowState(rest | Qt::WindowMinimized);
+      break;
+    case WindowState::Maximized:
+      window_->setWindowState(rest | Qt::WindowMaximized);
+      break;
+  }
+}
+
+void QtForm::setCaption(const Text& caption) {
+  window_->setWindowTitle(ToQString(caption));
+}
+
+void QtForm::setMousePointer(MousePointer pointer) {
+  // The hourglass lies over the controls too, whatever pointer they have of their own.
+  const bool hourglass = pointer == MousePointer::Hourglass;
+  if (hourglass != hourglass_) {
+    hourglass_ = hourglass;
+    hourglass ? QGuiApplication::setOverrideCursor(Qt::WaitCursor)
+              : QGuiApplication::restoreOverrideCursor();
+  }
+  if (hourglass || pointer == MousePointer::Default) {
+    window_->unsetCursor();
+  } else {
+    window_->setCursor(pictures_.cursor(pointer));
+  }
+}
+
+void QtForm::show() {
+  window_->show();
+}
+
+void QtForm::showModal(Form& owner) {
+  const auto* ownerView = dynamic_cast<const QtForm*>(owner.view());
+  window_->runModal(ownerView ? &ownerView->window() : nullptr);
+}
+
+void QtForm::hide() {
+  window_->paintOnce();
+  window_->hide();
+}
+
+void QtForm::refresh() {
+  Refresh(*window_);
+}
+
+}  // namespace torvane

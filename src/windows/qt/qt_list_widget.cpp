@@ -1,0 +1,264 @@
+// Three things are Qt's and slow by the hundred thousand, so they are done in one step each: rows
+// that come or go, selections of scattered rows, and the measuring of texts.
+#include "windows/qt/qt_list_widget.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <algorithm>
+
+#include "windows/qt/qt_text_widths.h"
+#include "windows/qt/qt_window.h"
+
+namespace torvane {
+namespace {
+
+constexpr int kIconSize = 16;
+constexpr int kRowSpace = 4;
+
+/// Gives every row the same height without looking at it.
+class RowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
+    return {0, std::max(kIconSize, option.fontMetrics.height()) + kRowSpace};
+  }
+  QSize cellSize(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    return QStyledItemDelegate::sizeHint(option, index);
+  }
+};
+
+}  // namespace
+
+ListWidget::ListWidget(const List& list, QtPictures& pictures, QWidget* parent)
+    : QTreeView(parent), model_(list, pictures) {
+  setItemDelegate(&MakeChild<RowDelegate>(this));
+  setModel(&model_);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setIndentation(0);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setSelectionMode(ExtendedSelection);
+  setEditTriggers(NoEditTriggers);
+  setIconSize({kIconSize, kIconSize});
+  setVerticalScrollMode(ScrollPerPixel);
+  setHorizontalScrollMode(ScrollPerPixel);
+  header()->setStretchLastSection(false);
+  header()->setSectionsClickable(false);
+  header()->setSectionsMovable(false);
+  header()->setHighlightSections(false);
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this](const QItemSelection& now, const QItemSelection& before) {
+            if (applying_) return;
+            noteSelection(before, false);
+            noteSelection(now, true);
+          });
+  connect(header(), &QHeaderView::sectionResized, this, [this](int column, int, int) {
+    if (fitting_) return;
+    if (column == model_.columnCount() - 1) fittedLast_ = 0;
+    fillLastColumn();
+  });
+}
+
+void ListWidget::catchUpLater() {
+  if (catchUpQueued_) return;
+  catchUpQueued_ = true;
+  QMetaObject::invokeMethod(
+      this, [this] { catchUp(); }, Qt::QueuedConnection);
+}
+
+void ListWidget::catchUp() {
+  catchUpQueued_ = false;
+  model_.admitRows();
+  if (selectionWaits_) applySelection();
+}
+
+bool ListWidget::rowSelected(int row) const {
+  const auto slot = static_cast<std::size_t>(row);
+  return slot < selected_.size() && selected_[slot];
+}
+
+void ListWidget::selectRow(int row, bool selected) {
+  if (rowSelected(row) == selected) return;
+  const auto slot = static_cast<std::size_t>(row);
+  if (slot >= selected_.size()) selected_.resize(slot + 1);
+  selected_[slot] = selected;
+  selectionWaits_ = true;
+  catchUpLater();
+}
+
+int ListWidget::selectedCount() const {
+  return static_cast<int>(std::count(selected_.begin(), selected_.end(), true));
+}
+
+int ListWidget::currentRow() const {
+  return currentIndex().row();
+}
+
+void ListWidget::noteSelection(const QItemSelection& selection, bool selected) {
+  for (const QItemSelectionRange& range : selection) {
+    const auto end = static_cast<std::size_t>(range.bottom() + 1);
+    if (end > selected_.size()) selected_.resize(end);
+    for (auto row = static_cast<std::size_t>(range.top()); row < end; ++row) {
+      selected_[row] = selected;
+    }
+  }
+}
+
+void ListWidget::applySelection() {
+  selectionWaits_ = false;
+  const int lastColumn = model_.columnCount() - 1;
+  const int rows = model_.rowCount();
+  QItemSelection selection;
+  for (int row = 0; row < rows && lastColumn >= 0; ++row) {
+    if (!rowSelected(row)) continue;
+    const int first = row;
+    while (row + 1 < rows && rowSelected(row + 1)) ++row;
+    selection.append({model_.index(first, 0), model_.index(row, lastColumn)});
+  }
+  applying_ = true;
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  applying_ = false;
+}
+
+std::optional<ListWidget::Cell> ListWidget::cellAt(const QPoint& point) const {
+  const QPoint inView = viewport()->mapFrom(this, point);
+  if (!viewport()->rect().contains(inView)) return {};
+  const QModelIndex index = indexAt(inView);
+  if (!index.isValid()) return {};
+  return Cell{index.row(), index.column()};
+}
+
+bool ListWidget::onIcon(const QPoint& point) const {
+  const QPoint inView = viewport()->mapFrom(this, point);
+  const QModelIndex index = indexAt(inView);
+  return index.column() == 0 && model_.showsImages() &&
+         inView.x() < visualRect(index).left() + kIconSize + kRowSpace;
+}
+
+void ListWidget::removeRowsAt(const std::vector<int>& rows) {
+  const auto goneBefore = [&rows](int row) {
+    return static_cast<int>(
+        std::count_if(rows.begin(), rows.end(), [row](int place) { return place - 1 < row; }));
+  };
+  const int rowHeight = std::max(1, sizeHintForIndex(model_.index(0, 0)).height());
+  const int scrolled = verticalScrollBar()->value();
+  const int top = scrolled / rowHeight;
+  const int newScrolled = (top - goneBefore(top)) * rowHeight + scrolled % rowHeight;
+  // The focus of a row that goes moves to the next one that stays.
+  const int focus = currentRow();
+  const int newFocus = focus < 0 ? -1 : focus - goneBefore(focus);
+
+  EraseAt(selected_, rows);
+  applying_ = true;
+  const bool scrolls = hasAutoScroll();
+  setAutoScroll(false);
+  model_.removeRowsAt(rows);
+  applying_ = false;
+  applySelection();
+  const int last = model_.rowCount() - 1;
+  selectionModel()->setCurrentIndex(model_.index(std::min(newFocus, last), 0),
+                                    QItemSelectionModel::NoUpdate);
+  executeDelayedItemsLayout();
+  updateGeometries();
+  verticalScrollBar()->setValue(newScrolled);
+  setAutoScroll(scrolls);
+}
+
+void ListWidget::clearRows() {
+  applying_ = true;
+  selected_.clear();
+  model_.truncate(0);
+  applying_ = false;
+  selectionWaits_ = false;
+}
+
+int ListWidget::sizeHintForColumn(int column) const {
+  TextWidths widths(font());
+  Widest widest;
+  const int rows = model_.rowCount();
+  for (int row = 0; row < rows; ++row) widest.offer(widths.sum(model_.cellText(row, column)), row);
+
+  const auto* delegate = static_cast<const RowDelegate*>(itemDelegate());
+  QStyleOptionViewItem option;
+  initViewItemOption(&option);
+  int width = 0;
+  for (const int row : widest.places()) {
+    width = std::max(width, delegate->cellSize(option, model_.index(row, column)).width());
+  }
+  return width;
+}
+
+void ListWidget::fitColumn(int column) {
+  if (column < 0 || column >= model_.columnCount()) return;
+  catchUp();
+  const int width = std::max(sizeHintForColumn(column), header()->sectionSizeHint(column));
+  setColumn(column, width);
+  if (column != model_.columnCount() - 1) return;
+  fittedLast_ = width;
+  fillLastColumn();
+}
+
+void ListWidget::setColumn(int column, int width) {
+  if (column < 0 || column >= model_.columnCount()) return;
+  fitting_ = true;
+  header()->resizeSection(column, width);
+  fitting_ = false;
+}
+
+void ListWidget::fillLastColumn() {
+  const int last = model_.columnCount() - 1;
+  if (last < 0 || fittedLast_ == 0) return;
+  const int others = header()->length() - header()->sectionSize(last);
+  setColumn(last, std::max(fittedLast_, viewport()->width() - others));
+}
+
+void ListWidget::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  fillLastColumn();
+}
+
+void ListWidget::paintEvent(QPaintEvent* event) {
+  catchUp();
+  QTreeView::paintEvent(event);
+}
+
+void ListWidget::mousePressEvent(QMouseEvent* event) {
+  catchUp();
+  rightPressed_ = event->button() == Qt::RightButton;
+  // Qt leaves the selection as it is under a right press beside the rows; the native list lets go.
+  if (rightPressed_ && !indexAt(event->position().toPoint()).isValid()) clearSelection();
+  QTreeView::mousePressEvent(event);
+}
+
+void ListWidget::mouseReleaseEvent(QMouseEvent* event) {
+  const bool click = rightPressed_ && event->button() == Qt::RightButton &&
+                     viewport()->rect().contains(event->position().toPoint());
+  if (event->button() == Qt::RightButton) rightPressed_ = false;
+  QTreeView::mouseReleaseEvent(event);
+  if (click && rightClicked) rightClicked({});
+}
+
+void ListWidget::keyPressEvent(QKeyEvent* event) {
+  catchUp();
+  QTreeView::keyPressEvent(event);
+}
+
+void ListWidget::contextMenuEvent(QContextMenuEvent* event) {
+  // The mouse's own comes with the press; the menu waits for the release.
+  if (event->reason() != QContextMenuEvent::Keyboard || !rightClicked) return;
+  const QModelIndex current = currentIndex();
+  QPoint point = viewport()->rect().center();
+  if (current.isValid()) {
+    scrollTo(current);
+    const QRect row = visualRect(current);
+    point = {std::max(row.left(), 0) + kIconSize / 2, row.center().y()};
+  }
+  rightClicked(viewport()->mapToGlobal(point));
+}
+
+}  // namespace torvane

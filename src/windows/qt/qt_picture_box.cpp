@@ -1,0 +1,45 @@
+// The drawing goes to an image first, because only there can a box be combined with what it covers.
+#include "windows/qt/qt_picture_box.h"
+
+#include <QFontMetricsF>
+#include <QImage>
+#include <QStyle>
+#include <QStyleOptionFrame>
+
+namespace torvane {
+
+QFont PictureBoxWidget::textFont() const {
+  QFont own = font();
+  own.setBold(model_.FontBold);
+  return own;
+}
+
+void PictureBoxWidget::paintEvent(QPaintEvent*) {
+  const qreal ratio = devicePixelRatioF();
+  QImage image(size() * ratio, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(ratio);
+  image.fill(ThemeColor(palette(), model_.BackColor));
+  QPainter drawing(&image);
+  pictures_.draw(drawing, model_.Steps(),
+                 {palette(), textFont(), model_.BackColor, model_.ForeColor, model_.Mode});
+  drawing.end();
+
+  QPainter painter(this);
+  painter.drawImage(0, 0, image);
+  if (!model_.Bordered) return;
+  QStyleOptionFrame frame;
+  frame.initFrom(this);
+  frame.lineWidth = 1;
+  frame.state |= QStyle::State_Sunken;
+  style()->drawPrimitive(QStyle::PE_Frame, &frame, &painter, this);
+}
+
+float QtPictureBox::textWidth(const Text& text) const {
+  return static_cast<float>(QFontMetricsF(widget().textFont()).horizontalAdvance(ToQString(text)));
+}
+
+float QtPictureBox::textHeight(const Text&) const {
+  return static_cast<float>(QFontMetricsF(widget().textFont()).height());
+}
+
+}  // namespace torvane
