@@ -193,11 +193,11 @@ BOOL GetClientRect(HWND window, RECT* rect) {
   return TRUE;
 }
 
-BOOL MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) {
+// The view repaints by itself what it has moved.
+BOOL MoveWindow(HWND window, int x, int y, int width, int height, BOOL /*repaint*/) {
   const WindowRecord* record = Find(window);
   if (record == nullptr) return FALSE;
   record->host->place({x, y, x + width, y + height});
-  if (repaint != FALSE) record->host->paintNow();
   return TRUE;
 }
 
