@@ -81,7 +81,7 @@ std::optional<Text> AppPath(const Text& exeName) {
   registry.ClassKey(kLocalMachine);
   registry.SectionKey(u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + exeName);
   if (!registry.KeyExists()) return std::nullopt;
-  registry.ValueKey({});
+  registry.ValueKey(Text());
   return AsText(registry.Value());
 }
 
@@ -117,7 +117,7 @@ void PopUpOnRow(const PopupContext& context, ListGroup group, HWND hWnd) {
 
 EditMenu::EditMenu(MenuItem& menuBar)
     : mnuEdit(menuBar.Add(u"Edit")),
-      mnuEditOpenWithProgram(mnuEdit.Add({})),
+      mnuEditOpenWithProgram(mnuEdit.Add(u"")),
       mnuEditSep(mnuEdit.Add(u"-")),
       mnuEditSelected(mnuEdit.Add(u"Delete Selected")),
       mnuEditMissing(mnuEdit.Add(u"Delete Missing")),

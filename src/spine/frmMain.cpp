@@ -49,8 +49,9 @@ class Filling {
 }  // namespace
 
 frmMain& MainWindow() {
-  static frmMain form;
-  return form;
+  static std::unique_ptr<frmMain> form;
+  if (!form || form->Unloaded()) form = std::make_unique<frmMain>();
+  return *form;
 }
 
 frmMain::frmMain()

@@ -72,7 +72,7 @@ class frmMain : public Form {
   bool filling_ = false;
 };
 
-/// The program's main window.
+/// The program's main window, a new one where the last has been unloaded.
 frmMain& MainWindow();
 
 }  // namespace torvane

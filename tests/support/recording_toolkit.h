@@ -16,15 +16,23 @@ struct ShownMessage {
   Text title;
 };
 
+/// A popup as it was shown: captions of the visible items, disabled ones in brackets, the default
+/// one with a star.
+using ShownPopup = std::vector<Text>;
+
 /// Puts itself in place for its lifetime. Modal windows answer from scripts.
 class RecordingToolkit : public Toolkit {
  public:
-  RecordingToolkit() { SetToolkit(this); }
-  ~RecordingToolkit() override { SetToolkit(nullptr); }
+  /// `next` is in place again afterwards.
+  explicit RecordingToolkit(Toolkit* next = nullptr) : next_(next) { SetToolkit(this); }
+  RecordingToolkit(const RecordingToolkit&) = delete;
+  RecordingToolkit& operator=(const RecordingToolkit&) = delete;
+  ~RecordingToolkit() override { SetToolkit(next_); }
 
   std::vector<ShownMessage> messages;
   std::vector<Text> errors;
   std::vector<Text> folderTitles;
+  std::vector<ShownPopup> popups;
   /// What the next message boxes and folder dialogues answer; IDOK and cancel when used up.
   std::deque<int> answers;
   std::deque<Text> folders;
@@ -39,7 +47,15 @@ class RecordingToolkit : public Toolkit {
     return Next(answers, IDOK);
   }
   void ReportError(const Text& description) override { errors.push_back(description); }
-  void ShowPopup(Form& /*owner*/, MenuItem& /*menu*/, const MenuItem* /*defaultItem*/) override {}
+  void ShowPopup(Form& /*owner*/, MenuItem& menu, const MenuItem* defaultItem) override {
+    ShownPopup shown;
+    for (const MenuItem& item : menu.Items()) {
+      if (!item.Visible) continue;
+      const Text caption = item.Enabled ? item.Caption : u"(" + item.Caption + u")";
+      shown.push_back(&item == defaultItem ? u"*" + caption : caption);
+    }
+    popups.push_back(shown);
+  }
   Text BrowseFolder(Form& /*owner*/, const Text& title) override {
     folderTitles.push_back(title);
     return Next(folders, Text());
@@ -54,6 +70,8 @@ class RecordingToolkit : public Toolkit {
     script.pop_front();
     return next;
   }
+
+  Toolkit* next_;
 };
 
 }  // namespace torvane::testing

@@ -66,20 +66,27 @@ ValueData DataFromCaller(DWORD type, std::string_view bytes) {
   return data;
 }
 
-/// Hands data to a caller under the rules that hold for all calls: no buffer asks for the size, and
-/// an unterminated text gets a NUL where there is room for one.
+/// Hands bytes to a caller under the rules that hold for all calls: no buffer asks for the size.
+LSTATUS GiveBytes(std::string_view bytes, BYTE* buffer, DWORD& size) {
+  const DWORD room = std::exchange(size, static_cast<DWORD>(bytes.size()));
+  if (buffer == nullptr) return ERROR_SUCCESS;
+  if (room < bytes.size()) return ERROR_MORE_DATA;
+  if (!bytes.empty()) std::memcpy(buffer, bytes.data(), bytes.size());
+  return ERROR_SUCCESS;
+}
+
+/// Hands data to a caller of an A call. An unterminated text gets a NUL where there is room for
+/// one.
 LSTATUS GiveData(const ValueData& data, DWORD* type, BYTE* buffer, DWORD* size) {
   if (type != nullptr) *type = data.type;
   if (size == nullptr) return ERROR_SUCCESS;
   const std::string bytes = BytesForCaller(data);
-  const auto needed = static_cast<DWORD>(bytes.size());
-  const DWORD room = std::exchange(*size, needed);
-  if (buffer == nullptr) return ERROR_SUCCESS;
-  if (room < needed) return ERROR_MORE_DATA;
-  if (!bytes.empty()) std::memcpy(buffer, bytes.data(), bytes.size());
-  if (IsTextType(data.type) && needed != 0 && room > needed && bytes.back() != '\0')
-    buffer[needed] = 0;
-  return ERROR_SUCCESS;
+  const DWORD room = *size;
+  const LSTATUS status = GiveBytes(bytes, buffer, *size);
+  const bool isTerminated = !IsTextType(data.type) || bytes.empty() || bytes.back() == '\0';
+  if (status == ERROR_SUCCESS && buffer != nullptr && !isTerminated && room > bytes.size())
+    buffer[bytes.size()] = 0;
+  return status;
 }
 
 /// The values of an open key, or why there are none to be had.
@@ -102,6 +109,15 @@ OpenValues ValuesForChange(HKEY handle) {
   OpenValues open = ValuesOf(handle, KEY_SET_VALUE);
   if (open.status == ERROR_SUCCESS) open.status = open.key->hive().mayChange();
   return open;
+}
+
+LSTATUS SetValue(HKEY handle, const std::u16string& name, ValueData data) {
+  const OpenValues open = ValuesForChange(handle);
+  if (open.status != ERROR_SUCCESS) return open.status;
+  if (name.size() > kLongestValueName) return ERROR_INVALID_PARAMETER;
+  open.values->set(name, std::move(data));
+  open.key->hive().noteChange();
+  return ERROR_SUCCESS;
 }
 
 /// Opens a key, creating it if `isCreating`; says in `isNew` whether it did.
@@ -179,16 +195,27 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD*, DWORD* type, BYTE* data,
   return GiveData(DecodeData(value->data), type, data, size);
 }
 
+LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, DWORD*, DWORD* type, BYTE* data, DWORD* size) {
+  if (data != nullptr && size == nullptr) return ERROR_INVALID_PARAMETER;
+  const OpenValues open = ValuesOf(key, KEY_QUERY_VALUE);
+  if (open.status != ERROR_SUCCESS) return open.status;
+  const auto value = open.values->find(name == nullptr ? u"" : name);
+  if (!value) return ERROR_FILE_NOT_FOUND;
+  const ValueData stored = DecodeData(value->data);
+  if (type != nullptr) *type = stored.type;
+  return size == nullptr ? ERROR_SUCCESS : GiveBytes(stored.bytes, data, *size);
+}
+
 LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
   if (data == nullptr && size != 0) return ERROR_INVALID_PARAMETER;
-  const std::u16string wanted = FromArgument(name);
-  const OpenValues open = ValuesForChange(key);
-  if (open.status != ERROR_SUCCESS) return open.status;
-  if (wanted.size() > kLongestValueName) return ERROR_INVALID_PARAMETER;
   const char* const bytes = reinterpret_cast<const char*>(data);
-  open.values->set(wanted, DataFromCaller(type, {bytes, size}));
-  open.key->hive().noteChange();
-  return ERROR_SUCCESS;
+  return SetValue(key, FromArgument(name), DataFromCaller(type, {bytes, size}));
+}
+
+LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
+  if (data == nullptr && size != 0) return ERROR_INVALID_PARAMETER;
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  return SetValue(key, name == nullptr ? u"" : name, {type, std::string(bytes)});
 }
 
 LSTATUS RegDeleteValueA(HKEY key, LPCSTR name) {

@@ -22,16 +22,16 @@ Form::Form(BorderStyle border) : border_(border) {}
 Form::~Form() = default;
 
 void Form::Load() {
-  if (loaded_) return;
-  loaded_ = true;
+  if (Loaded()) return;
+  life_ = Life::Loaded;
   CurrentToolkit().MakeViews(*this);
   Form_Load();
 }
 
 void Form::Unload() {
-  if (!loaded_) return;
+  if (!Loaded()) return;
   Form_Unload();
-  loaded_ = false;
+  life_ = Life::Unloaded;
   CurrentToolkit().DropViews(*this);
 }
 

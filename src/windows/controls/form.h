@@ -62,7 +62,10 @@ class Form {
   void Load();
   /// Runs Form_Unload and lets the views go. Does nothing on a form that isn't loaded.
   void Unload();
-  bool Loaded() const { return loaded_; }
+  bool Loaded() const { return life_ == Life::Loaded; }
+  /// Whether the form has been loaded and unloaded; its controls keep their state, and whoever wants
+  /// the window again makes a new form.
+  bool Unloaded() const { return life_ == Life::Unloaded; }
   void Show();
   /// Loads the form if need be; returns when it has been unloaded.
   void ShowModal(Form& owner);
@@ -116,7 +119,8 @@ class Form {
 
   BorderStyle border_;
   Text caption_;
-  bool loaded_ = false;
+  enum class Life { New, Loaded, Unloaded };
+  Life life_ = Life::New;
   MenuItem menuBar_;
   std::vector<Control*> controls_;
   const StatusBar* statusBar_ = nullptr;

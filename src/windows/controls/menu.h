@@ -11,7 +11,8 @@ namespace torvane {
 /// An item of a menu, or a menu with items. The views read it anew each time they show the menu.
 class MenuItem {
  public:
-  explicit MenuItem(Text caption = {}) : Caption(std::move(caption)) {}
+  MenuItem() = default;
+  explicit MenuItem(const Text& caption) : Caption(caption) {}
   MenuItem(const MenuItem&) = delete;
   MenuItem& operator=(const MenuItem&) = delete;
 
@@ -25,7 +26,7 @@ class MenuItem {
 
   bool IsSeparator() const { return Caption == u"-"; }
   /// Adds an item behind the others; it lives as long as this menu, at one address.
-  MenuItem& Add(Text caption) { return items_.emplace_back(std::move(caption)); }
+  MenuItem& Add(const Text& caption);
   std::deque<MenuItem>& Items() { return items_; }
   const std::deque<MenuItem>& Items() const { return items_; }
 

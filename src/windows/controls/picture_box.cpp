@@ -27,6 +27,12 @@ void PictureBox::Cls() {
   updateView();
 }
 
+template <class Step>
+void PictureBox::Record(Step step) {
+  steps_.emplace_back(std::in_place_type<Step>, std::move(step));
+  updateView();
+}
+
 void PictureBox::Print(Text text) {
   Record(DrawCaption{Pixels(CurrentX), CurrentY, std::move(text)});
 }
@@ -41,11 +47,6 @@ void PictureBox::PaintShellIcon(int number, int left, int top) {
 
 void PictureBox::PaintResourceIcon(int id, const PixelRect& place) {
   Record(DrawResourceIcon{id, place});
-}
-
-void PictureBox::Record(DrawStep step) {
-  steps_.push_back(std::move(step));
-  updateView();
 }
 
 }  // namespace torvane

@@ -55,7 +55,8 @@ class PictureBox : public ControlWithView<PictureBoxView> {
   const std::vector<DrawStep>& Steps() const { return steps_; }
 
  private:
-  void Record(DrawStep step);
+  template <class Step>
+  void Record(Step step);
   float Pixels(float units) const;
 
   std::vector<DrawStep> steps_;

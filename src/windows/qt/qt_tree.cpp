@@ -43,11 +43,13 @@ void TreeWidget::choose(QTreeWidgetItem* item) {
 
 void TreeWidget::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || choosing_) return;
+  const QTreeWidgetItem* before = selectedItem();
   const QPoint position = event->position().toPoint();
   QTreeWidgetItem* pressed = itemAt(position);
-  const bool onNode = pressed && visualItemRect(pressed).contains(position);
+  const bool again = pressed && pressed == before && visualItemRect(pressed).contains(position);
   QTreeWidget::mousePressEvent(event);
-  if (onNode) choose(pressed);
+  // A press on an expander leaves the choice alone; one elsewhere on a row makes it.
+  if (again || selectedItem() != before) choose(selectedItem());
 }
 
 void TreeWidget::mouseMoveEvent(QMouseEvent* event) {

@@ -1,0 +1,53 @@
+#include "windows/win32/win32_picture_box.h"
+
+#include "windows/win32/win32_drawing.h"
+
+namespace torvane {
+
+Win32PictureBox::Win32PictureBox(HWND form, PictureBox& box, Win32Fonts& fonts)
+    : Win32View(form, box, {.className = AreaClass()}), fonts_(fonts) {
+  Win32PictureBox::update();
+}
+
+void Win32PictureBox::update() {
+  const LONG_PTR style = GetWindowLongPtrW(window(), GWL_EXSTYLE);
+  const LONG_PTR wanted =
+      model().Bordered ? style | WS_EX_STATICEDGE : style & ~LONG_PTR{WS_EX_STATICEDGE};
+  if (wanted != style) {
+    SetWindowLongPtrW(window(), GWL_EXSTYLE, wanted);
+    SetWindowPos(window(), nullptr, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+  }
+  invalidate();
+}
+
+PixelRect Win32PictureBox::bounds() const {
+  const PixelRect pixels = nativeBounds();
+  return {FromScreen(pixels.left), FromScreen(pixels.top), FromScreen(pixels.width),
+          FromScreen(pixels.height)};
+}
+
+void Win32PictureBox::place(const PixelRect& bounds) {
+  placeNative(ToScreen(bounds));
+}
+
+HFONT Win32PictureBox::font() const {
+  return fonts_.message(1, model().FontBold);
+}
+
+SIZE Win32PictureBox::measure(const Text& text) const {
+  const ScreenDc dc;
+  const Selection selected(dc.get(), font());
+  SIZE size{};
+  GetTextExtentPoint32W(dc.get(), Wide(text), static_cast<int>(text.size()), &size);
+  return {FromScreen(size.cx), FromScreen(size.cy)};
+}
+
+void Win32PictureBox::onPaint(HDC dc, int width, int height) {
+  const RECT all{0, 0, width, height};
+  FillRect(dc, &all, BrushOf(model().BackColor));
+  DrawSteps(dc, model().Steps(), {model().ForeColor, model().Mode, font()},
+            static_cast<double>(ToScreen(1000)) / 1000);
+}
+
+}  // namespace torvane

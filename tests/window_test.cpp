@@ -1,0 +1,293 @@
+// The whole program with its real window, driven through its controls.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "spine/basMain.h"
+#include "spine/frmMain.h"
+#include "support/printing.h"
+#include "support/recording_toolkit.h"
+#include "support/scratch_world.h"
+#include "windows/frmReadme.h"
+#include "windows/frmSplash.h"
+#include "windows/mWndProc.h"
+
+namespace torvane {
+namespace {
+
+using testing::RecordingToolkit;
+using testing::ShownPopup;
+
+Toolkit& PlatformToolkit() {
+  static int argc = 1;
+  static char name[] = "torvane";
+  static char* argv[] = {name, nullptr};
+  static const auto toolkit = MakePlatformToolkit(argc, argv);
+  static const bool started = toolkit->Start();
+  EXPECT_TRUE(started);
+  return *toolkit;
+}
+
+class WindowTest : public testing::ScratchWorld {
+ protected:
+  static constexpr auto kSettings = "Software\\Halvex\\Torvane";
+  static constexpr auto kNero = "software\\ahead\\Nero - Burning Rom\\Recent File List";
+
+  WindowTest() {
+    SetToolkit(&PlatformToolkit());
+    UseKey(kSettings);
+  }
+  ~WindowTest() override {
+    if (form_) form_->Unload();
+    CurrentToolkit().DoEvents();
+    SetToolkit(nullptr);
+  }
+
+  frmMain& Start() {
+    Main();
+    form_ = &MainWindow();
+    CurrentToolkit().DoEvents();
+    return *form_;
+  }
+  static Node& Program(frmMain& form, const Text& name) {
+    for (int n = 1; n <= form.tvwMRU.Nodes().Count(); ++n) {
+      if (form.tvwMRU.Nodes()(n).Text() == name) return form.tvwMRU.Nodes()(n);
+    }
+    throw std::runtime_error("no such node");
+  }
+  void Choose(const Text& name) {
+    Node& node = Program(*form_, name);
+    form_->tvwMRU.SelectedItem(node);
+    form_->tvwMRU.NodeClick(node);
+  }
+  /// The popup that a right-click beside the rows brings.
+  std::vector<ShownPopup> RightClick() {
+    RecordingToolkit recorder(&CurrentToolkit());
+    NMHDR header{form_->lvwMRU.hWnd(), 0, static_cast<UINT>(NM_RCLICK)};
+    EXPECT_EQ(
+        SendMessageA(form_->lvwMRU.hWnd(), kReflectedNotify, 0, reinterpret_cast<LPARAM>(&header)),
+        1);
+    return recorder.popups;
+  }
+  std::map<std::string, int> Settings() const {
+    std::map<std::string, int> numbers;
+    for (const auto& [name, bytes] : Values(kSettings)) {
+      numbers[name] =
+          static_cast<unsigned char>(bytes[0]) + 256 * static_cast<unsigned char>(bytes[1]);
+    }
+    return numbers;
+  }
+
+  frmMain* form_ = nullptr;
+};
+
+TEST_F(WindowTest, StartsWithTheCatalogueAndLeavesNoFilesBehind) {
+  frmMain& form = Start();
+  EXPECT_EQ(form.Caption(), u"Torvane");
+  ASSERT_EQ(form.tvwMRU.Nodes().Count(), 11 + 97);
+  for (int n = 1; n <= form.tvwMRU.Nodes().Count(); ++n) {
+    const Node& node = form.tvwMRU.Nodes()(n);
+    EXPECT_FALSE(node.Expanded());
+    EXPECT_EQ(node.Image(), node.Parent() ? 3 : 1) << node.Text();
+    EXPECT_EQ(node.Tag().empty(), node.Parent() == nullptr) << node.Text();
+  }
+  EXPECT_EQ(Program(form, u"ConTEXT (Find History)").Tag(),
+            u"Eden\\ConTEXT\\FindHistory;6;*;0;0;*;*;*");
+  EXPECT_EQ(Program(form, u"RoughDraft  (Favourite Files)").Parent()->Text(), u"Text Editors");
+  EXPECT_EQ(form.ilsTree.Count(), 3);
+  EXPECT_EQ(form.lvwMRU.ColumnHeaders().Count(), 0);
+  EXPECT_EQ(RightClick().size(), 0U);
+
+  EXPECT_FALSE(FileExists(CatalogueFile()));
+  const Text icons[] = {Icons().IconMissingFile, Icons().IconFindReplace, Icons().IconHost,
+                        Icons().IconCommand, Icons().IconFtp};
+  for (const Text& icon : icons) {
+    EXPECT_TRUE(icon.ends_with(u".ico")) << icon;
+    EXPECT_TRUE(FileExists(icon)) << icon;
+    EXPECT_FALSE(FileExists(icon.substr(0, icon.size() - 4))) << icon;
+  }
+  form.Unload();
+  for (const Text& icon : icons) EXPECT_FALSE(FileExists(icon)) << icon;
+}
+
+TEST_F(WindowTest, ChoosingShowsListAndCounters) {
+  const std::string file = MakeFile("a.txt");
+  MakeKey(kNero, {{"File1", file}, {"File2", "C:\\gone\\b.txt"}});
+  frmMain& form = Start();
+  Choose(u"Nero-Burning Rom");
+  EXPECT_EQ(form.lvwMRU.ListItems().Count(), 2);
+  EXPECT_EQ(form.lvwMRU.Tag(), u"0");
+  EXPECT_EQ(form.lvwMRU.ListItems()(2).Tag(),
+            u"KILL;ahead\\Nero - Burning Rom\\Recent File List;0;*;File;1;*;*");
+  EXPECT_EQ(form.sbrInfo.Panels(1).Text(), u"Misc\\Nero-Burning Rom");
+  EXPECT_EQ(form.sbrInfo.Panels(2).Text(), u"Total: 2");
+  EXPECT_EQ(form.sbrInfo.Panels(3).Text(), u"Missing: 1");
+
+  Choose(u"Audio");
+  EXPECT_EQ(form.lvwMRU.ColumnHeaders().Count(), 0);
+  EXPECT_EQ(form.sbrInfo.Panels(1).Text(), u"Audio");
+  EXPECT_EQ(form.sbrInfo.Panels(2).Text(), u"Total: 2");
+
+  Choose(u"GetIt");
+  EXPECT_EQ(form.lvwMRU.ColumnHeaders().Count(), 1);
+  EXPECT_EQ(form.sbrInfo.Panels(2).Text(), u"Total: 0");
+}
+
+TEST_F(WindowTest, PopupOffersWhatTheListAllows) {
+  MakeKey(kNero, {{"File1", "C:\\gone\\b.txt"}});
+  UseKey("software\\Robin Software\\GetIt\\History");
+  frmMain& form = Start();
+  Choose(u"GetIt");
+  EXPECT_EQ(
+      RightClick(),
+      (std::vector<ShownPopup>{{u"(Delete Selected)", u"(Delete Missing)", u"*(Delete All)"}}));
+  Choose(u"ASFRecorder");
+  EXPECT_EQ(RightClick().size(), 1U);
+  Choose(u"Nero-Burning Rom");
+  EXPECT_EQ(RightClick(),
+            (std::vector<ShownPopup>{{u"(Delete Selected)", u"Delete Missing", u"*Delete All"}}));
+  form.edit.mnuEditMissing.Click();
+  EXPECT_EQ(form.lvwMRU.ListItems().Count(), 0);
+  EXPECT_EQ(form.sbrInfo.Panels(2).Text(), u"Total: 0");
+  EXPECT_TRUE(Values(kNero).empty());
+  EXPECT_EQ(RightClick().size(), 0U);
+}
+
+TEST_F(WindowTest, SelectionIsTheControlsOwn) {
+  MakeKey(kNero, {{"File1", "C:\\1"}, {"File2", "C:\\2"}, {"File3", "C:\\3"}, {"File4", "C:\\4"}});
+  frmMain& form = Start();
+  Choose(u"Nero-Burning Rom");
+  const HWND window = form.lvwMRU.hWnd();
+  EXPECT_EQ(SendMessageA(window, LVM_GETSELECTEDCOUNT, 0, 0), 0);
+  form.lvwMRU.ListItems()(1).Selected(true);
+  form.lvwMRU.ListItems()(3).Selected(true);
+  EXPECT_EQ(SendMessageA(window, LVM_GETSELECTEDCOUNT, 0, 0), 2);
+  form.lvwMRU.ListItems()(1).Selected(false);
+  form.lvwMRU.ListItems()(2).Selected(true);
+  form.edit.mnuEditSelected.Click();
+  EXPECT_EQ(form.lvwMRU.ListItems().Count(), 2);
+  EXPECT_EQ(Texts(kNero),
+            (std::map<std::string, std::string>{{"File1", "c:\\1"}, {"File2", "c:\\4"}}));
+  EXPECT_EQ(SendMessageA(window, LVM_GETSELECTEDCOUNT, 0, 0), 0);
+}
+
+TEST_F(WindowTest, ListKeepsTheShellsImageListWhileSubclassed) {
+  frmMain& form = Start();
+  const HWND window = form.lvwMRU.hWnd();
+  const HANDLE old = GetPropA(window, "OldWndProc");
+  EXPECT_NE(old, nullptr);
+  EXPECT_TRUE(SubclassWindow(window, ListWindowProc, nullptr));
+  EXPECT_EQ(GetPropA(window, "OldWndProc"), old);
+  EXPECT_EQ(SendMessageA(window, LVM_SETIMAGELIST, LVSIL_SMALL, 0), 0);
+  EXPECT_TRUE(UnsubclassWindow(window));
+  EXPECT_EQ(GetPropA(window, "OldWndProc"), nullptr);
+  EXPECT_FALSE(UnsubclassWindow(window));
+  // The shell's list was in place all along, and goes now.
+  EXPECT_NE(SendMessageA(window, LVM_SETIMAGELIST, LVSIL_SMALL, 0), 0);
+}
+
+TEST_F(WindowTest, FolderPicturesFollowTheExpansion) {
+  frmMain& form = Start();
+  Node& audio = Program(form, u"Audio");
+  form.mnuViewExpand.Click();
+  EXPECT_TRUE(audio.Expanded());
+  EXPECT_EQ(audio.Image(), 2);
+  EXPECT_EQ(Program(form, u"GetIt").Image(), 3);
+  form.mnuCollapse.Click();
+  EXPECT_FALSE(audio.Expanded());
+  EXPECT_EQ(audio.Image(), 1);
+}
+
+TEST_F(WindowTest, RemembersItsPlaceWithinLimits) {
+  frmMain& form = Start();
+  EXPECT_EQ(Settings()["Main Width"], 9960);
+  EXPECT_EQ(form.Width().count, 9960);
+  EXPECT_EQ(form.Height().count, 7125);
+  form.Move({3000}, {1500}, {9000}, {4500});
+  CurrentToolkit().DoEvents();
+  form.Unload();
+  auto saved = Settings();
+  EXPECT_EQ(saved["State"], 0);
+  EXPECT_EQ(saved["Main Width"], 9000);
+  EXPECT_EQ(saved["Main Height"], 4905);
+  EXPECT_EQ(saved["Main Left"], 3000);
+  EXPECT_EQ(saved["Main Top"], 1500);
+
+  SetValue(kSettings, "State", REG_DWORD, {"\x01\0\0\0", 4});
+  frmMain& again = Start();
+  EXPECT_EQ(again.State(), WindowState::Normal);
+  EXPECT_EQ(again.ScaleWidth(), again.DesignWidth);
+}
+
+TEST_F(WindowTest, SplitterFollowsTheMouseAndKeepsItsProportion) {
+  frmMain& form = Start();
+  const int start = form.fraSplitter.Left();
+  const int bar = form.fraSplitter.Width();
+  const auto expectLayout = [&](int split) {
+    EXPECT_EQ(form.fraSplitter.Left(), split);
+    EXPECT_EQ(form.tvwMRU.Left(), 0);
+    EXPECT_NEAR(form.tvwMRU.Width(), split, 2);
+    EXPECT_NEAR(form.lvwMRU.Left(), split + bar, 2);
+    EXPECT_NEAR(form.lvwMRU.Left() + form.lvwMRU.Width(), form.ScaleWidth(), 2);
+    EXPECT_EQ(form.tvwMRU.Height(), form.ScaleHeight() - form.StatusBarHeight());
+  };
+  expectLayout(start);
+  const auto twips = static_cast<float>(CurrentToolkit().TwipsPerPixel());
+
+  form.fraSplitter.MouseDown(kRightButton, 0, 0, 0);
+  form.fraSplitter.MouseMove(kRightButton, 0, 40 * twips, 0);
+  expectLayout(start);
+
+  form.fraSplitter.MouseDown(kLeftButton, 0, 0, 0);
+  form.fraSplitter.MouseMove(kLeftButton, 0, 60 * twips, 0);
+  expectLayout(start + 60);
+  int escape = 27;
+  form.KeyPress(escape);
+  EXPECT_EQ(escape, 0);
+  expectLayout(start);
+  form.fraSplitter.MouseUp(kLeftButton, 0, 90 * twips, 0);
+  expectLayout(start);
+  escape = 27;
+  form.KeyPress(escape);
+  EXPECT_EQ(escape, 27);
+
+  form.fraSplitter.MouseDown(kLeftButton, 0, 0, 0);
+  form.fraSplitter.MouseUp(kLeftButton, 0, 64 * twips, 0);
+  expectLayout(start + 64);
+  const double ratio = (start + 64.0) / form.ScaleWidth();
+  form.Move(form.Left(), form.Top(), {form.Width().count + 3000}, form.Height());
+  CurrentToolkit().DoEvents();
+  expectLayout(static_cast<int>(std::lround(ratio * form.ScaleWidth())));
+
+  form.fraSplitter.MouseDown(kLeftButton, 0, 0, 0);
+  form.fraSplitter.MouseUp(kLeftButton, 0, -5000 * twips, 0);
+  const int least = form.fraSplitter.Left();
+  EXPECT_GT(least, 0);
+  EXPECT_LT(least, start);
+}
+
+TEST_F(WindowTest, ProgressDrawsTheBarOverItsText) {
+  frmSplash splash(BorderStyle::Splash);
+  splash.Load();
+  PictureBox& box = splash.picProgress;
+  const auto width = static_cast<float>(box.Width());
+  ShowProgress(box, 11, 11, u"Loading");
+  ASSERT_EQ(box.Steps().size(), 2U);
+  EXPECT_EQ(std::get<DrawCaption>(box.Steps()[0]).text, u"Loading");
+  EXPECT_FLOAT_EQ(std::get<DrawBox>(box.Steps()[1]).width, width);
+  ShowProgress(box, 11, 12, u"Too much");
+  EXPECT_EQ(std::get<DrawCaption>(box.Steps()[0]).text, u"Loading");
+  EXPECT_EQ(splash.lblInfo()[2]->Caption(), u"1.3.122");
+  EXPECT_EQ(splash.lblInfo()[4]->Caption(), u"76/97");
+  EXPECT_EQ(splash.lblInfo()[6]->Pointer(), MousePointer::Hand);
+  splash.Unload();
+
+  frmReadme readme;
+  readme.Load();
+  EXPECT_TRUE(readme.Text1.Text().starts_with(u"Version: 1.3.122\r\n\r\n\r\nWhat's New:\r\n"));
+  EXPECT_EQ(readme.Caption(), u"Torvane Readme");
+  readme.Unload();
+}
+
+}  // namespace
+}  // namespace torvane
