@@ -142,9 +142,10 @@ class Torvane:
         self.process = subprocess.Popen(command, env={**display.environment, **environment},
                                         stdin=subprocess.DEVNULL, start_new_session=True)
         try:
-            self.window = display.wait(self._find_window, "Torvane's window", 120)
+            self.window = display.wait(self._find_window, "Torvane's window", 60)
             self._arrange()
         except BaseException:
+            display.look().save(os.path.join(ROOT, 'build/e2e/start-failed.png'))
             self.kill()
             raise
 
@@ -197,7 +198,7 @@ class Torvane:
         columns = [any(column) for column in zip(*(
             ink(picture, round(y) + offset, area.left, area.right) for offset in range(-3, 4)))]
         text = max(index for index, marked in enumerate(columns) if marked)
-        return area.left + text - 3, y
+        return area.left + text - 8, y
 
     def choose(self, category, program=None):
         """Selects a category, or a program of it, with the mouse."""

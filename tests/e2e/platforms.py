@@ -17,6 +17,13 @@ class Platform(unittest.TestCase):
         """A fresh prefix of this test's own."""
         return wine.fresh(self.id().rsplit('.', 1)[-1] + '-' + self.name)
 
+    def store_ini_folders(self, prefix, folders):
+        """Puts down where INI files lie, as a run would have in which the user was asked."""
+        own = 'Software\\Halvex\\Torvane'
+        self.store_settings(prefix, {
+            own: {'State': 0, 'Main Height': 7125, 'Main Width': 9960, 'Main Top': 0, 'Main Left': 0},
+            own + '\\Paths': folders})
+
     @contextlib.contextmanager
     def torvane(self, prefix):
         """The running program on a screen of its own; closed at the end, when it must give 0."""
@@ -40,14 +47,8 @@ class OnLinux(Platform):
     def command(self):
         return [os.path.join(ROOT, 'build/linux/torvane')]
 
-    def store_ini_folders(self, prefix, folders):
-        lines = [f'"{program}"="{folder}"'.replace('\\', '\\\\')
-                 for program, folder in folders.items()]
-        with open(os.path.join(prefix.folder, 'torvane.reg'), 'w', encoding='ascii') as file:
-            file.write('WINE REGISTRY Version 2\n;; All keys relative to '
-                       'REGISTRY\\\\User\\\\S-1-5-21-0-0-0-1000\n\n#arch=win64\n\n'
-                       '[Software\\\\Halvex\\\\Torvane\\\\Paths] 1054450800\n' +
-                       '\n'.join(lines) + '\n')
+    def store_settings(self, prefix, settings):
+        wine.write_hive(os.path.join(prefix.folder, 'torvane.reg'), settings)
 
 
 class UnderWine(Platform):
@@ -56,8 +57,8 @@ class UnderWine(Platform):
     def command(self):
         return ['wine', os.path.join(ROOT, 'build/windows/torvane.exe')]
 
-    def store_ini_folders(self, prefix, folders):
-        prefix.regedit({'Software\\Halvex\\Torvane\\Paths': folders})
+    def store_settings(self, prefix, settings):
+        prefix.regedit(settings)
 
 
 def temporary_files(prefix):

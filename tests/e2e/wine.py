@@ -72,6 +72,26 @@ def read_hive(path):
     return keys
 
 
+def line(name, data):
+    """A value as hives and files for regedit have it."""
+    def quoted(text):
+        return '"' + text.replace('\\', '\\\\').replace('"', '\\"') + '"'
+
+    data = f'dword:{data:08x}' if isinstance(data, int) else quoted(data)
+    return (quoted(name) if name else '@') + '=' + data
+
+
+def write_hive(path, keys):
+    """Makes a hive in Wine's format of {key: {value: text or number}}."""
+    lines = ['WINE REGISTRY Version 2', ';; All keys relative to '
+             'REGISTRY\\\\User\\\\S-1-5-21-0-0-0-1000', '', '#arch=win64']
+    for key, values in keys.items():
+        head = key.replace('\\', '\\\\')
+        lines += ['', f'[{head}] 1054450800'] + [line(*value) for value in values.items()]
+    with open(path, 'w', encoding='ascii') as file:
+        file.write('\n'.join(lines) + '\n')
+
+
 class Prefix:
     def __init__(self, folder):
         self.folder = folder
@@ -116,13 +136,6 @@ class Prefix:
 
     def regedit(self, lists, root='HKEY_CURRENT_USER'):
         """Imports {key below the root: {value: text or number}} with Wine's regedit."""
-        def quoted(text):
-            return '"' + text.replace('\\', '\\\\').replace('"', '\\"') + '"'
-
-        def line(name, data):
-            data = f'dword:{data:08x}' if isinstance(data, int) else quoted(data)
-            return (quoted(name) if name else '@') + '=' + data
-
         lines = ['Windows Registry Editor Version 5.00']
         for key, values in lists.items():
             lines += ['', f'[{root}\\{key}]'] + [line(*value) for value in values.items()]
