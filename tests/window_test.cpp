@@ -18,14 +18,27 @@ namespace {
 using testing::RecordingToolkit;
 using testing::ShownPopup;
 
-Toolkit& PlatformToolkit() {
+std::unique_ptr<Toolkit>& PlatformToolkit() {
+  static std::unique_ptr<Toolkit> toolkit;
+  return toolkit;
+}
+
+// The toolkit must be gone before the program's statics go.
+class ToolkitEnvironment : public ::testing::Environment {
+ public:
+  void TearDown() override { PlatformToolkit().reset(); }
+};
+const auto* const kEnvironment =
+    ::testing::AddGlobalTestEnvironment(std::make_unique<ToolkitEnvironment>().release());
+
+Toolkit& StartedToolkit() {
+  if (PlatformToolkit()) return *PlatformToolkit();
   static int argc = 1;
   static char name[] = "torvane";
   static char* argv[] = {name, nullptr};
-  static const auto toolkit = MakePlatformToolkit(argc, argv);
-  static const bool started = toolkit->Start();
-  EXPECT_TRUE(started);
-  return *toolkit;
+  PlatformToolkit() = MakePlatformToolkit(argc, argv);
+  EXPECT_TRUE(PlatformToolkit()->Start());
+  return *PlatformToolkit();
 }
 
 class WindowTest : public testing::ScratchWorld {
@@ -34,7 +47,7 @@ class WindowTest : public testing::ScratchWorld {
   static constexpr auto kNero = "software\\ahead\\Nero - Burning Rom\\Recent File List";
 
   WindowTest() {
-    SetToolkit(&PlatformToolkit());
+    SetToolkit(&StartedToolkit());
     UseKey(kSettings);
   }
   ~WindowTest() override {

@@ -5,6 +5,7 @@
 
 #include "platform/posix/prefix.h"
 #include "platform/posix/write_back.h"
+#include "platform/winapi.h"
 #include "support/scratch_world.h"
 
 namespace torvane::testing {
@@ -39,8 +40,15 @@ ScratchWorld::~ScratchWorld() {
   std::filesystem::remove_all(scratch_, ignored);
 }
 
-// The whole prefix is new, and goes with the test.
-void ScratchWorld::RemoveKey(const std::string& /*path*/) {}
+// The prefix goes with the test; within it a key is used again with other values.
+void ScratchWorld::RemoveKey(const std::string& path) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS) {
+    return;
+  }
+  for (const auto& [name, data] : Values(path)) RegDeleteValueA(key, name.c_str());
+  RegCloseKey(key);
+}
 
 void ScratchWorld::WriteBack() {
   EXPECT_TRUE(posix::WriteBackChanges().empty());
