@@ -408,7 +408,6 @@ void LineScanner::scanKey(HiveLine& line, const char* at, const char* end) {
 void LineScanner::scanValue(HiveLine& line, const char* at, const char* end) {
   line.kind = HiveLine::Kind::Value;
   if (*at == '@') {
-    line.name = {at, 0};
     ++at;
   } else {
     const char* const closing = FindClosing(++at, end, '"');

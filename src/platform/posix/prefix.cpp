@@ -83,7 +83,7 @@ fs::path FindPrefix() {
   const fs::path home = HomeFolder();
   std::error_code ignored;
   if (fs::exists(home / ".wine", ignored)) return CheckedPrefix(home / ".wine");
-  const fs::path root =
+  fs::path root =
       EnvironmentPath("XDG_DATA_HOME").value_or(home / ".local/share") / "torvane/prefix";
   MakeMinimalPrefix(root);
   return root;

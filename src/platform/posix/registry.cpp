@@ -52,8 +52,8 @@ bool IsCreatable(std::u16string_view path) {
 }
 
 /// The data as the A calls give it: text in the code page.
-std::string BytesForCaller(ValueData data) {
-  return IsTextType(data.type) ? ToCodePage(UnitsOf(data.bytes)) : std::move(data.bytes);
+std::string BytesForCaller(const ValueData& data) {
+  return IsTextType(data.type) ? ToCodePage(UnitsOf(data.bytes)) : data.bytes;
 }
 
 ValueData DataFromCaller(DWORD type, std::string_view bytes) {
