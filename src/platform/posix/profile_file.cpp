@@ -94,6 +94,13 @@ void ProfileFile::writeBack() {
   pending_.clear();
 }
 
+// Users know the file by its place, not by the way through the prefix's links.
+std::string ProfileFile::hostPath() const {
+  std::error_code error;
+  const std::filesystem::path place = std::filesystem::weakly_canonical(path_, error);
+  return error ? path_.string() : place.string();
+}
+
 ProfileFile& OpenProfile(const std::filesystem::path& path) {
   auto& file = KnownFiles()[path];
   if (!file) file = std::make_unique<ProfileFile>(path);

@@ -31,7 +31,7 @@ class ProfileFile : public ChangedFile {
 
   bool hasChanges() const { return !pending_.empty(); }
   void writeBack() override;
-  std::string hostPath() const override { return path_.string(); }
+  std::string hostPath() const override;
 
  private:
   struct Change {

@@ -1,0 +1,155 @@
+#include "platform/posix/command_line.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/posix/prefix.h"
+#include "platform/winapi.h"
+#include "support/scratch_world.h"
+
+namespace torvane::testing {
+namespace {
+
+using posix::FindProgramCall;
+using posix::SplitArguments;
+using Arguments = std::vector<std::u16string>;
+
+TEST(CommandLine, SplitsByTheWindowsRules) {
+  struct Row {
+    const char16_t* text;
+    Arguments arguments;
+  };
+  const std::vector<Row> rows = {
+      {u"", {}},
+      {u"  \t ", {}},
+      {u" a  b\tc ", {u"a", u"b", u"c"}},
+      {u"\"a b\" c", {u"a b", u"c"}},
+      {u"\"c:\\a b.txt\" \"c:\\d.txt\" ", {u"c:\\a b.txt", u"c:\\d.txt"}},
+      {u"a\"b c\"d", {u"ab cd"}},
+      {u"\"\" x", {u"", u"x"}},
+      {u"\"open end", {u"open end"}},
+      {u"\"a\\\\\" b", {u"a\\", u"b"}},
+      {u"a\\\\b \\\\\\\"c", {u"a\\\\b", u"\\\"c"}},
+      {u"\"a\\\"b\" c", {u"a\"b", u"c"}},
+      {u"\"a\"\"b\" c", {u"a\"b", u"c"}},
+      {u"c:\\dir\\ x", {u"c:\\dir\\", u"x"}},
+      {u"a;b&c $(d) `e` -f 'g h' *.?", {u"a;b&c", u"$(d)", u"`e`", u"-f", u"'g", u"h'", u"*.?"}},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(SplitArguments(row.text), row.arguments) << ToAnsi(row.text);
+}
+
+TEST(CommandLine, FindsAProgramWhosePathHoldsBlanks) {
+  struct Row {
+    const char16_t* line;
+    std::set<std::u16string> existing;
+    const char16_t* program;  ///< empty for none
+    const char16_t* arguments;
+  };
+  const std::vector<Row> rows = {
+      {u"C:\\p\\a.exe \"x y\"", {u"C:\\p\\a.exe"}, u"C:\\p\\a.exe", u" \"x y\""},
+      {u"C:\\My Dir\\a b.exe x", {u"C:\\My Dir\\a b.exe"}, u"C:\\My Dir\\a b.exe", u" x"},
+      {u"C:\\My Dir\\a b x", {u"C:\\My Dir\\a b.exe"}, u"C:\\My Dir\\a b.exe", u" x"},
+      {u"C:\\My Dir\\a.exe", {u"C:\\My.exe", u"C:\\My Dir\\a.exe"}, u"C:\\My.exe", u" Dir\\a.exe"},
+      {u" \"C:\\My Dir\\a\" x", {u"C:\\My Dir\\a.exe", u"C:\\My.exe"}, u"C:\\My Dir\\a.exe", u" x"},
+      {u"\"C:\\My Dir\\a.exe", {u"C:\\My Dir\\a.exe"}, u"C:\\My Dir\\a.exe", u""},
+      {u"C:\\a.exe  ", {u"C:\\a.exe"}, u"C:\\a.exe", u"  "},
+      {u"C:\\none.exe x", {u"C:\\a.exe"}, u"", u""},
+      {u"", {u".exe"}, u"", u""},
+      {u"   ", {u".exe"}, u"", u""},
+  };
+  for (const Row& row : rows) {
+    const auto call = FindProgramCall(row.line, [&](const std::u16string& name) {
+      return row.existing.count(name) != 0 ? std::optional(name) : std::nullopt;
+    });
+    EXPECT_EQ(call ? call->program : u"", row.program) << ToAnsi(row.line);
+    EXPECT_EQ(call ? call->arguments : u"", row.arguments) << ToAnsi(row.line);
+  }
+}
+
+/// Programs of the host that write down how they were started.
+class StartTest : public ScratchWorld {
+ protected:
+  StartTest() : bin_(Host(MakeFolder("bin"))), log_(bin_ / "log"), path_(std::getenv("PATH")) {
+    ::setenv("PATH", (bin_.string() + ":/usr/bin:/bin").c_str(), 1);
+  }
+  ~StartTest() override { ::setenv("PATH", path_.c_str(), 1); }
+
+  void MakeProgram(const std::string& name) const {
+    const std::filesystem::path path = bin_ / name;
+    std::ofstream(path) << "#!/bin/sh\n{ printf '%s|' \"$@\"; printf '%s' \"$WINEPREFIX\"; ls -l "
+                           "/proc/$$/fd | grep -c '[3-9] ->'; } > '"
+                        << log_.string() << ".new'\nmv '" << log_.string() << ".new' '"
+                        << log_.string() << "'\n";
+    ::chmod(path.c_str(), 0755);
+  }
+
+  /// What the program wrote, once it has.
+  std::string Log() const {
+    for (int i = 0; i < 500 && !std::filesystem::exists(log_); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    std::ostringstream text;
+    text << std::ifstream(log_).rdbuf();
+    return text.str();
+  }
+
+ private:
+  std::filesystem::path bin_;
+  std::filesystem::path log_;
+  std::string path_;
+};
+
+TEST_F(StartTest, WinExecStartsWineWithExactlyTheArguments) {
+  MakeProgram("wine");
+  const int inherited = ::open("/dev/null", O_RDONLY);
+  MakeFile("My Programs\\edit.exe");
+  const std::string line =
+      Folder() + "\\my programs\\EDIT.exe \"C:\\a & b;$(touch x)`id`.txt\" -x \"\" c:\\\xE4.txt";
+  EXPECT_GT(WinExec(line.c_str(), SW_SHOWNORMAL), 31U);
+  // Behind the arguments stand the prefix and the number of descriptors that were handed on.
+  const std::string prefix = posix::PrefixRoot().string();
+  EXPECT_EQ(
+      Log(),
+      "C:\\scratch\\my programs\\EDIT.exe|C:\\a & b;$(touch x)`id`.txt|-x||c:\\\xC3\xA4.txt|" +
+          prefix + "0\n");
+  ::close(inherited);
+}
+
+TEST_F(StartTest, WhatCantBeStartedIsAnError) {
+  const std::string program = MakeFile("a.exe");
+  ::setenv("PATH", Host(Folder()).c_str(), 1);
+  EXPECT_EQ(WinExec(program.c_str(), SW_SHOWNORMAL), 2U) << "no wine";
+  MakeProgram("wine");
+  EXPECT_EQ(WinExec((Folder() + "\\none.exe").c_str(), SW_SHOWNORMAL), 2U);
+  EXPECT_EQ(WinExec(Folder().c_str(), SW_SHOWNORMAL), 2U) << "a folder";
+  EXPECT_EQ(WinExec("", SW_SHOWNORMAL), 2U);
+}
+
+TEST_F(StartTest, LinksAndNothingElseGoToTheDesktop) {
+  MakeProgram("xdg-open");
+  for (const char* refused : {"file:///etc/passwd", "/bin/sh", "-x", "http:", "mailto:", "",
+                              "https://x y", "javascript:http://x"}) {
+    EXPECT_LE(reinterpret_cast<LONG_PTR>(
+                  ShellExecuteA(nullptr, "open", refused, nullptr, nullptr, SW_SHOWNORMAL)),
+              32)
+        << refused;
+  }
+  EXPECT_GT(reinterpret_cast<LONG_PTR>(ShellExecuteA(nullptr, "open", "Mailto:a@b.example", nullptr,
+                                                     nullptr, SW_SHOWNORMAL)),
+            32);
+  EXPECT_TRUE(Log().starts_with("Mailto:a@b.example|")) << Log();
+}
+
+}  // namespace
+}  // namespace torvane::testing
