@@ -230,8 +230,9 @@ class Torvane:
     def rows(self, count):
         """The places of the list's rows, of which there are so many."""
         plain = self.unselect()
-        first = changed_rows(plain, self.screen.key('Home'), self.list_area)
-        last = changed_rows(plain, self.screen.key('End'), self.list_area)
+        # A key that moves the focus nowhere selects nothing, but Space always does.
+        first = changed_rows(plain, self.screen.key('End', 'Home', 'space'), self.list_area)
+        last = changed_rows(plain, self.screen.key('Home', 'End', 'space'), self.list_area)
         self.unselect()
         if not first or not last:
             raise RuntimeError('the list shows no rows')
