@@ -250,30 +250,42 @@ std::string KeyValues::renderNew(std::string_view path, std::uint64_t time) cons
 std::string KeyValues::render(std::string_view path, std::uint64_t time) const {
   if (texts_.empty()) return renderNew(path, time);
   std::string out;
-  std::size_t newAt = 0;  // behind the last value, or the options where there is none
+  std::string added;      // of a key that stands in the file twice, which becomes one
+  std::size_t addAt = 0;  // behind the last value, or the options where there is none
   std::size_t valueLine = 0;
   std::vector<bool> written(fileSlots_, false);
-  for (std::size_t piece = 0; piece < texts_.size(); ++piece) {
-    LineScanner scanner(texts_[piece]);
+  for (const std::string_view text : texts_) {
+    const bool isFirst = text.data() == texts_.front().data();
+    std::string& target = isFirst ? out : added;
+    LineScanner scanner(text);
     HiveLine line;
     while (scanner.next(line)) {
       if (line.kind == HiveLine::Kind::Value) {
-        const std::uint32_t number = lineSlots_[valueLine++];
-        const Slot& slot = slots_[number];
-        const bool isOwn = slot.own >= 0;
-        if (slot.alive && !(isOwn && written[number])) out += isOwn ? slot.line : line.text;
-        written[number] = true;
-        newAt = out.size();
-      } else if (line.kind == HiveLine::Kind::Key || line.kind == HiveLine::Kind::Option) {
-        // A key that stands in the file twice becomes one.
-        if (line.kind == HiveLine::Kind::Option || piece == 0) AppendWithTime(out, line, time);
-        newAt = out.size();
-      } else {
-        out += line.text;
+        appendValueLine(target, line, lineSlots_[valueLine++], written);
+      } else if (isFirst || line.kind == HiveLine::Kind::Option ||
+                 line.kind == HiveLine::Kind::Comment) {
+        AppendWithTime(target, line, time);
       }
+      const bool isFiller =
+          line.kind == HiveLine::Kind::Blank || line.kind == HiveLine::Kind::Comment;
+      if (isFirst && !isFiller) addAt = out.size();
     }
   }
-  return out.insert(newAt, newLines());
+  return out.insert(addAt, added + newLines());
+}
+
+/// A value line of the file as it stands, or what has been set in its place; a value that stands
+/// there twice and was set is written once.
+void KeyValues::appendValueLine(std::string& out, const HiveLine& line, std::uint32_t number,
+                                std::vector<bool>& written) const {
+  const Slot& slot = slots_[number];
+  if (!slot.alive) return;
+  if (slot.own < 0) {
+    out += line.text;
+  } else if (!written[number]) {
+    out += slot.line;
+  }
+  written[number] = true;
 }
 
 }  // namespace torvane::posix

@@ -82,6 +82,8 @@ class KeyValues {
   void rebuildIndex();
   std::string renderNew(std::string_view path, std::uint64_t time) const;
   std::string newLines() const;
+  void appendValueLine(std::string& out, const HiveLine& line, std::uint32_t number,
+                       std::vector<bool>& written) const;
 
   std::vector<std::string_view> texts_;
   std::vector<Slot> slots_;

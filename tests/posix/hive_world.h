@@ -1,0 +1,85 @@
+// A scratch prefix whose hive files a test writes and reads behind the layer's back.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "platform/posix/prefix.h"
+#include "platform/posix/write_back.h"
+#include "platform/winapi.h"
+#include "support/scratch_world.h"
+
+namespace torvane::testing {
+
+using namespace std::string_literals;
+
+inline const std::string kHeader = "WINE REGISTRY Version 2\n;; comment\n\n#arch=win64\n";
+
+class HiveWorld : public ScratchWorld {
+ protected:
+  static std::filesystem::path Prefix() { return std::getenv("WINEPREFIX"); }
+  static std::filesystem::path UserHive() { return Prefix() / "user.reg"; }
+
+  static void Write(const std::filesystem::path& file, std::string_view bytes) {
+    std::ofstream(file, std::ios::binary) << bytes;
+  }
+  /// Replaces a file as Wine does: a new one, renamed.
+  static void Replace(const std::filesystem::path& file, std::string_view bytes) {
+    Write(file.string() + ".wine", bytes);
+    std::filesystem::rename(file.string() + ".wine", file);
+  }
+  static std::string Read(const std::filesystem::path& file) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    return bytes.str();
+  }
+
+  static LSTATUS Set(const std::string& path, const std::string& name, const std::string& text) {
+    return SetBytes(path, name, REG_SZ, text + '\0');
+  }
+  static LSTATUS SetBytes(const std::string& path, const std::string& name, DWORD type,
+                          std::string_view bytes) {
+    HKEY key = nullptr;
+    LSTATUS status = RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, 0x3F, nullptr,
+                                     &key, nullptr);
+    if (status != ERROR_SUCCESS) return status;
+    status = RegSetValueExA(key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+                            static_cast<DWORD>(bytes.size()));
+    RegCloseKey(key);
+    return status;
+  }
+  static LSTATUS Delete(const std::string& path, const std::string& name) {
+    HKEY key = nullptr;
+    LSTATUS status = RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, 0x3F, &key);
+    if (status != ERROR_SUCCESS) return status;
+    status = RegDeleteValueA(key, name.c_str());
+    RegCloseKey(key);
+    return status;
+  }
+  /// The bytes of a value; nothing where it can't be read.
+  static std::optional<std::string> Get(const std::string& path, const std::string& name,
+                                        DWORD* type = nullptr, HKEY root = HKEY_CURRENT_USER) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(root, path.c_str(), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
+      return std::nullopt;
+    std::string bytes(1 << 16, '\0');
+    auto size = static_cast<DWORD>(bytes.size());
+    const LSTATUS status = RegQueryValueExA(key, name.c_str(), nullptr, type,
+                                            reinterpret_cast<BYTE*>(bytes.data()), &size);
+    RegCloseKey(key);
+    if (status != ERROR_SUCCESS) return std::nullopt;
+    bytes.resize(size);
+    return bytes;
+  }
+  static void Save() {
+    for (const auto& failure : posix::WriteBackChanges())
+      ADD_FAILURE() << failure.path << ": " << failure.reason;
+  }
+};
+
+}  // namespace torvane::testing
