@@ -1,5 +1,6 @@
 #include "spine/basMain.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -106,8 +107,8 @@ void ShowProgress(PictureBox& Picture, std::int32_t MaxValue, std::int32_t Value
   Picture.Cls();
   Picture.ScaleWidth(static_cast<float>(MaxValue));
   Picture.CurrentX = 2;
-  Picture.CurrentY =
-      static_cast<float>(std::lround(Picture.ScaleHeight() - Picture.TextHeight(Caption)) / 2);
+  const auto margin = std::lround(Picture.ScaleHeight() - Picture.TextHeight(Caption)) / 2;
+  Picture.CurrentY = static_cast<float>(margin);
   Picture.Print(Caption);
   Picture.FillBox(0, 0, static_cast<float>(Value), Picture.ScaleHeight());
   Picture.Refresh();

@@ -13,6 +13,8 @@ template <class... Cases>
 struct Overload : Cases... {
   using Cases::operator()...;
 };
+template <class... Cases>
+Overload(Cases...) -> Overload<Cases...>;
 
 Text TextOfBytes(const Bytes& bytes) {
   std::string text(bytes.size(), '\0');

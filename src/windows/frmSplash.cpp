@@ -114,7 +114,8 @@ void frmSplash::SetUpProgress() {
   picProgress.Bordered = true;
   const Text wait = StringResource(kWait);
   const auto centre = [](float room, float needed) {
-    return static_cast<float>(static_cast<int>(room - needed) / 2);
+    const int margin = static_cast<int>(room - needed) / 2;
+    return static_cast<float>(margin);
   };
   picProgress.CurrentX = centre(picProgress.ScaleWidth(), picProgress.TextWidth(wait));
   picProgress.CurrentY = centre(picProgress.ScaleHeight(), picProgress.TextHeight(wait));

@@ -13,7 +13,7 @@ namespace torvane {
 /// in pixels.
 struct Twips {
   double count = 0;
-  auto operator<=>(const Twips&) const = default;
+  auto operator<=>(const Twips&) const = default;  // NOLINT(modernize-use-nullptr): a false alarm
 };
 
 enum class WindowState { Normal = 0, Minimized = 1, Maximized = 2 };
@@ -63,8 +63,8 @@ class Form {
   /// Runs Form_Unload and lets the views go. Does nothing on a form that isn't loaded.
   void Unload();
   bool Loaded() const { return life_ == Life::Loaded; }
-  /// Whether the form has been loaded and unloaded; its controls keep their state, and whoever wants
-  /// the window again makes a new form.
+  /// Whether the form has been loaded and unloaded; its controls keep their state, and whoever
+  /// wants the window again makes a new form.
   bool Unloaded() const { return life_ == Life::Unloaded; }
   void Show();
   /// Loads the form if need be; returns when it has been unloaded.
