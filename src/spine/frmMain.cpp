@@ -109,7 +109,8 @@ void frmMain::Form_Load() {
   SubclassWindow(listWindow_, ListWindowProc, nullptr);
   SendMessageA(listWindow_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
                LVS_EX_FULLROWSELECT);
-  LoadWindowSettings();
+  // A prefix or profile that can only be read is still there to be looked at.
+  Deliver([this] { LoadWindowSettings(); });
   LoadCatalogue();
 }
 
@@ -124,7 +125,8 @@ void frmMain::AttachSystemImageList() {
 }
 
 void frmMain::Form_Unload() {
-  SaveWindowSettings();
+  // Settings that can't be saved don't keep the window from closing.
+  Deliver([this] { SaveWindowSettings(); });
   Hide();
   ClearEntryList(lvwMRU);
   UnsubclassWindow(listWindow_);
