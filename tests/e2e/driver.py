@@ -65,6 +65,7 @@ class Screen:
     def __init__(self, display, blinking=False):
         self.display = display
         self.blinking = blinking
+        self.last_place, self.last_time = None, 0
 
     def rest(self):
         if not self.blinking:
@@ -76,15 +77,13 @@ class Screen:
         return self.display.run('xdotool', *map(str, arguments))
 
     def click(self, x, y, button=1, count=1, held=None):
-        if held:
-            self.xdo('keydown', held)
-        self.xdo('mousemove', round(x), round(y))
-        time.sleep(0.05)
-        self.xdo('click', '--repeat', count, '--delay', 80, button)
-        if held:
-            self.xdo('keyup', held)
-        # A click that follows at once at the same place would make it a double click.
-        time.sleep(0.6)
+        place = (round(x), round(y))
+        # Two clicks at one place within half a second would make a double click.
+        if place == self.last_place:
+            time.sleep(max(0, self.last_time + 0.7 - time.monotonic()))
+        steps = ['mousemove', *place, 'sleep', 0.05, 'click', '--repeat', count, '--delay', 80, button]
+        self.xdo(*(['keydown', held, *steps, 'keyup', held] if held else steps))
+        self.last_place, self.last_time = place, time.monotonic()
         return self.rest()
 
     def key(self, *names):
@@ -100,14 +99,7 @@ class Screen:
 
     def top_windows(self):
         """The windows directly on the screen that can be seen, frames and popups alike."""
-        listing = self.display.run('xwininfo', '-root', '-children')
-        found = set()
-        for line in listing.splitlines():
-            match = re.match(r'\s+(0x[0-9a-f]+) .*?(\d+)x(\d+)\+', line)
-            if match and int(match[2]) > 10 and int(match[3]) > 10:
-                if 'IsViewable' in self.display.run('xwininfo', '-id', match[1]):
-                    found.add(match[1])
-        return found
+        return set(self.xdo('search', '--onlyvisible', '--maxdepth', 1, '--name', '').split())
 
     def named(self, pattern):
         """The visible windows whose title matches a pattern."""
@@ -139,6 +131,7 @@ class Torvane:
         self.display = display
         self.tree = read_catalogue()
         self.open_category = None
+        self.list_rows = None
         self.process = subprocess.Popen(command, env={**display.environment, **environment},
                                         stdin=subprocess.DEVNULL, start_new_session=True)
         try:
@@ -222,25 +215,25 @@ class Torvane:
             self.screen.click(*self._tree_row(row), count=2)
             self.open_category = None
 
-    def unselect(self):
-        """Clicks beside the rows of the list."""
-        area = self.list_area
-        return self.screen.click(area.left + 40, area.bottom - 5)
-
     def rows(self, count):
-        """The places of the list's rows, of which there are so many."""
-        plain = self.unselect()
-        # A key that moves the focus nowhere selects nothing, but Space always does.
-        first = changed_rows(plain, self.screen.key('End', 'Home', 'space'), self.list_area)
-        last = changed_rows(plain, self.screen.key('Home', 'End', 'space'), self.list_area)
-        self.unselect()
-        if not first or not last:
-            raise RuntimeError('the list shows no rows')
-        top, bottom = first[0], last[-1]
-        pitch = (bottom[0] - top[0]) / (count - 1) if count > 1 else 0
-        if count > 1 and not 12 <= pitch <= 60:
-            raise RuntimeError(f"the list doesn't show {count} rows: they would be {pitch} high")
-        middle = (top[0] + top[1]) / 2
+        """The places of the list's rows, of which there are so many. Where the first is and how far
+        they are apart is measured once, on the first list with several rows."""
+        if not self.list_rows:
+            area = self.list_area
+            plain = self.screen.click(area.left + 40, area.bottom - 5)
+            # A key that moves the focus nowhere selects nothing, but Space always does.
+            first = changed_rows(plain, self.screen.key('End', 'Home', 'space'), area)
+            last = changed_rows(plain, self.screen.key('Home', 'End', 'space'), area)
+            if not first or not last:
+                raise RuntimeError('the list shows no rows')
+            top, pitch = first[0], (last[-1][0] - first[0][0]) / max(count - 1, 1)
+            measured = ((top[0] + top[1]) / 2, pitch)
+            if count == 1:
+                return [(area.left, measured[0])]
+            if not 12 <= pitch <= 60:
+                raise RuntimeError(f"the list doesn't show {count} rows, {pitch} pixels high")
+            self.list_rows = measured
+        middle, pitch = self.list_rows
         return [(self.list_area.left, middle + index * pitch) for index in range(count)]
 
     def popup(self, place):
