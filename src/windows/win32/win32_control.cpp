@@ -25,7 +25,7 @@ HCURSOR CursorOf(MousePointer pointer) {
 
 Win32Control::Win32Control(HWND form, const Control& control, const ChildWindow& child)
     : pointer_(control.Pointer()) {
-  const PixelRect place = ToScreen(control.Bounds());
+  const PixelRect place = control.Bounds();
   const DWORD visible = control.Visible() ? WS_VISIBLE : 0;
   // Siblings are clipped because the splitter's bar lies over both panes. The window text is what
   // a screen reader calls a control that shows none.

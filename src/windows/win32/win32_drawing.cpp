@@ -18,6 +18,15 @@ HIMAGELIST ShellImages() {
       L"C:\\", FILE_ATTRIBUTE_DIRECTORY, &info, sizeof info, SHGFI_SYSICONINDEX | SHGFI_SMALLICON));
 }
 
+/// The size to ask of an icon resource so that it is drawn down from a larger picture, not up from
+/// a smaller one, which is what the system would take if that is nearer.
+int PictureSizeFor(int wanted) {
+  for (const int size : {16, 32, 48, 64}) {
+    if (size >= wanted) return size;
+  }
+  return 256;
+}
+
 class StepPainter {
  public:
   StepPainter(HDC dc, const DrawingStyle& style, double scale)
@@ -29,9 +38,9 @@ class StepPainter {
   }
 
   void operator()(const DrawResourceIcon& step) const {
-    const UniqueIcon icon(static_cast<HICON>(
-        LoadImageW(ThisModule(), MAKEINTRESOURCEW(step.id), IMAGE_ICON, scaled(step.place.width),
-                   scaled(step.place.height), LR_DEFAULTCOLOR)));
+    const int size = PictureSizeFor(scaled(step.place.width));
+    const UniqueIcon icon(static_cast<HICON>(LoadImageW(ThisModule(), MAKEINTRESOURCEW(step.id),
+                                                        IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
     drawIcon(icon.get(), step.place);
   }
 

@@ -118,7 +118,7 @@ void Win32Form::setIcons() {
 }
 
 void Win32Form::centre() {
-  RECT frame{0, 0, ToScreen(form_.DesignWidth), ToScreen(form_.DesignHeight)};
+  RECT frame{0, 0, form_.DesignWidth, form_.DesignHeight};
   AdjustWindowRectEx(&frame, style(), bar_.empty() ? FALSE : TRUE, extendedStyle());
   const int width = frame.right - frame.left;
   const int height = frame.bottom - frame.top;

@@ -7,6 +7,8 @@
 // its creation.
 #include "windows/win32/win32_list.h"
 
+#include "windows/controls/toolkit.h"
+
 #include <uxtheme.h>
 
 #include <utility>
@@ -62,7 +64,7 @@ void Win32List::columnAdded(const Text& heading) {
   if (columns_ == 0) setDoubleBuffer(LVS_EX_DOUBLEBUFFER);
   LVCOLUMNW column{};
   column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-  column.cx = ToScreen(kNewColumnWidth);
+  column.cx = DesignPixels(kNewColumnWidth);
   column.pszText = WideForRecord(heading);
   column.iSubItem = columns_;
   SendMessageW(window(), LVM_INSERTCOLUMNW, static_cast<WPARAM>(columns_),

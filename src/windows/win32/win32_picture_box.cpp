@@ -21,16 +21,6 @@ void Win32PictureBox::update() {
   invalidate();
 }
 
-PixelRect Win32PictureBox::bounds() const {
-  const PixelRect pixels = nativeBounds();
-  return {FromScreen(pixels.left), FromScreen(pixels.top), FromScreen(pixels.width),
-          FromScreen(pixels.height)};
-}
-
-void Win32PictureBox::place(const PixelRect& bounds) {
-  placeNative(ToScreen(bounds));
-}
-
 HFONT Win32PictureBox::font() const {
   return fonts_.message(1, model().FontBold);
 }
@@ -40,14 +30,13 @@ SIZE Win32PictureBox::measure(const Text& text) const {
   const Selection selected(dc.get(), font());
   SIZE size{};
   GetTextExtentPoint32W(dc.get(), Wide(text), static_cast<int>(text.size()), &size);
-  return {FromScreen(size.cx), FromScreen(size.cy)};
+  return size;
 }
 
 void Win32PictureBox::onPaint(HDC dc, int width, int height) {
   const RECT all{0, 0, width, height};
   FillRect(dc, &all, BrushOf(model().BackColor));
-  DrawSteps(dc, model().Steps(), {model().ForeColor, model().Mode, font()},
-            static_cast<double>(ToScreen(1000)) / 1000);
+  DrawSteps(dc, model().Steps(), {model().ForeColor, model().Mode, font()}, 1);
 }
 
 }  // namespace torvane

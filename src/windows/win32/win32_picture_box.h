@@ -1,7 +1,4 @@
 // The view of a picture box.
-//
-// The box measures itself in pixels at 96 dots an inch whatever the screen has, so that the icons
-// of 16 and 64 pixels that the program draws fill it on every screen.
 #pragma once
 
 #include "windows/controls/picture_box.h"
@@ -13,8 +10,6 @@ class Win32PictureBox : public Win32View<PictureBoxView, PictureBox>, public Are
  public:
   Win32PictureBox(HWND form, PictureBox& box, Win32Fonts& fonts);
 
-  PixelRect bounds() const override;
-  void place(const PixelRect& bounds) override;
   void update() override;
   float textWidth(const Text& text) const override { return static_cast<float>(measure(text).cx); }
   float textHeight(const Text& text) const override { return static_cast<float>(measure(text).cy); }

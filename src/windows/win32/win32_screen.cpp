@@ -1,5 +1,3 @@
-// Designs are drawn at 96 dots an inch. The process is aware of the system's density, so nothing
-// stretches its windows for it: what is designed is scaled here, once.
 #include "windows/win32/win32_screen.h"
 
 #include <cmath>
@@ -7,8 +5,6 @@
 
 namespace torvane {
 namespace {
-
-constexpr int kDesignDpi = 96;
 
 LOGFONTW MessageFont() {
   NONCLIENTMETRICSW metrics{};
@@ -26,19 +22,6 @@ int ColorIndex(SystemColor color) {
 int ScreenDpi() {
   static const int dpi = GetDeviceCaps(ScreenDc().get(), LOGPIXELSX);
   return dpi;
-}
-
-int ToScreen(int designed) {
-  return MulDiv(designed, ScreenDpi(), kDesignDpi);
-}
-
-PixelRect ToScreen(const PixelRect& designed) {
-  return {ToScreen(designed.left), ToScreen(designed.top), ToScreen(designed.width),
-          ToScreen(designed.height)};
-}
-
-int FromScreen(int pixels) {
-  return MulDiv(pixels, kDesignDpi, ScreenDpi());
 }
 
 HFONT Win32Fonts::message(float scale, bool bold) {

@@ -12,12 +12,6 @@ namespace torvane {
 /// Dots an inch that the system tells this process.
 int ScreenDpi();
 
-/// A length designed at 96 dots an inch, in pixels of the screen.
-int ToScreen(int designed);
-PixelRect ToScreen(const PixelRect& designed);
-/// Pixels of the screen as a length at 96 dots an inch.
-int FromScreen(int pixels);
-
 /// The system's fonts for the program's texts, made once each and kept.
 class Win32Fonts {
  public:

@@ -84,7 +84,7 @@ Win32TextBox::Win32TextBox(HWND form, TextBox& box, Win32Fonts& fonts)
                  .style = WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL,
                  .extendedStyle = WS_EX_CLIENTEDGE,
                  .font = fonts.fixedWidth()}) {
-  const int margin = ToScreen(6);
+  const int margin = DesignPixels(6);
   SendMessageW(window(), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
   update();
 }

@@ -1,5 +1,7 @@
 #include "windows/win32/win32_status_bar.h"
 
+#include "windows/controls/toolkit.h"
+
 #include <algorithm>
 
 namespace torvane {
@@ -31,12 +33,12 @@ void Win32StatusBar::layOutParts() {
   RECT client{};
   GetClientRect(window(), &client);
   int spring = client.right - GetSystemMetrics(SM_CXVSCROLL);
-  for (const Panel& panel : panels) spring -= ToScreen(panel.MinWidth());
+  for (const Panel& panel : panels) spring -= DesignPixels(panel.MinWidth());
 
   std::vector<int> edges;
   int edge = 0;
   for (const Panel& panel : panels) {
-    edge += panel.MinWidth() > 0 ? ToScreen(panel.MinWidth()) : std::max(spring, 0);
+    edge += panel.MinWidth() > 0 ? DesignPixels(panel.MinWidth()) : std::max(spring, 0);
     edges.push_back(edge);
   }
   // The last part goes on under the size grip.

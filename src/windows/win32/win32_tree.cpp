@@ -3,10 +3,10 @@
 // is done.
 #include "windows/win32/win32_tree.h"
 
-#include <uxtheme.h>
-
 #include "windows/controls/toolkit.h"
 #include "windows/win32/win32_drawing.h"
+
+#include <uxtheme.h>
 
 namespace torvane {
 namespace {
