@@ -1,8 +1,9 @@
 // What the program needs of its platform beyond the documented calls: the resources that travel in
-// the executable, and one export of the shell that has no name.
+// the executable, the answer to its arguments, and one export of the shell that has no name.
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -30,6 +31,10 @@ VersionRecord ReadVersionRecord();
 
 /// The file name of the running executable without folder and extension ("torvane").
 std::u16string ExecutableBaseName();
+
+/// Answers the arguments behind the program's name. Gives the exit status where that is all there
+/// is to do, nothing where the window is to be opened; never needs a display.
+std::optional<int> AnswerArguments(std::span<const char* const> arguments);
 
 /// Asks the shell to complete its image list (shell32, ordinal 660). Does nothing where the export
 /// doesn't exist.

@@ -84,6 +84,11 @@ std::u16string ExecutableBaseName() {
   return ExecutablePath().stem().u16string();
 }
 
+// A window's program has no console to answer on: arguments mean nothing here.
+std::optional<int> AnswerArguments(std::span<const char* const> /*arguments*/) {
+  return std::nullopt;
+}
+
 void CompleteShellImageList() {
   using FileIconInit = BOOL(WINAPI*)(BOOL restoreCache);
   constexpr WORD kFileIconInit = 660;

@@ -1,13 +1,10 @@
 #include "windows/qt/qt_toolkit.h"
 
-#include <dlfcn.h>
-
 #include <QAbstractEventDispatcher>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
 #include "platform/posix/code_page.h"
 #include "platform/posix/drive_paths.h"
@@ -15,6 +12,7 @@
 #include "platform/posix/write_back.h"
 #include "windows/controls/list.h"
 #include "windows/controls/tree.h"
+#include "windows/qt/qt_display.h"
 #include "windows/qt/qt_form.h"
 #include "windows/qt/qt_frame.h"
 #include "windows/qt/qt_list.h"
@@ -29,32 +27,6 @@ namespace {
 
 /// Qt's pixels are 1/96 inch whatever the scale of the screen.
 constexpr int kTwipsPerPixel = 15;
-
-bool IsSet(const char* variable) {
-  const char* value = std::getenv(variable);
-  return value && *value != '\0';
-}
-
-/// Whether an X server answers at $DISPLAY. Qt ends the process where none does, so we ask first,
-/// through the library that Qt will ask with; without that library Qt has another way.
-bool XServerAnswers() {
-  const std::unique_ptr<void, int (*)(void*)> library(dlopen("libxcb.so.1", RTLD_LAZY), dlclose);
-  if (!library) return true;
-  const auto find = [&library](const char* name) { return dlsym(library.get(), name); };
-  const auto connect = reinterpret_cast<void* (*)(const char*, int*)>(find("xcb_connect"));
-  const auto failed = reinterpret_cast<int (*)(void*)>(find("xcb_connection_has_error"));
-  const auto disconnect = reinterpret_cast<void (*)(void*)>(find("xcb_disconnect"));
-  if (!connect || !failed || !disconnect) return true;
-  void* connection = connect(nullptr, nullptr);
-  const bool answers = failed(connection) == 0;
-  disconnect(connection);
-  return answers;
-}
-
-bool HasDisplay() {
-  if (IsSet("QT_QPA_PLATFORM") || IsSet("WAYLAND_DISPLAY")) return true;
-  return IsSet("DISPLAY") && XServerAnswers();
-}
 
 Text TextOf(const std::string& utf8) {
   return posix::FromUtf8(utf8);
