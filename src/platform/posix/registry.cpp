@@ -111,11 +111,11 @@ OpenValues ValuesForChange(HKEY handle) {
   return open;
 }
 
-LSTATUS SetValue(HKEY handle, const std::u16string& name, ValueData data) {
+LSTATUS SetValue(HKEY handle, const std::u16string& name, const ValueData& data) {
   const OpenValues open = ValuesForChange(handle);
   if (open.status != ERROR_SUCCESS) return open.status;
   if (name.size() > kLongestValueName) return ERROR_INVALID_PARAMETER;
-  open.values->set(name, std::move(data));
+  open.values->set(name, data);
   open.key->hive().noteChange();
   return ERROR_SUCCESS;
 }
