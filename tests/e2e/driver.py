@@ -51,11 +51,9 @@ def changed_rows(before, after, area):
 
 
 def ink(picture, y, left, right):
-    """Whether each pixel of a piece of a row differs from what most of the piece shows."""
+    """Whether each pixel of a piece of a row differs from the one at its right end."""
     row = picture.row(y, left, right)
-    pixels = [row[i:i + 4] for i in range(0, len(row), 4)]
-    ground = max(set(pixels), key=pixels.count)
-    return [pixel != ground for pixel in pixels]
+    return [row[i:i + 4] != row[-4:] for i in range(0, len(row), 4)]
 
 
 class Screen:
@@ -131,12 +129,14 @@ class Torvane:
         self.display = display
         self.tree = read_catalogue()
         self.open_category = None
+        self.chosen = None
         self.list_rows = None
         self.process = subprocess.Popen(command, env={**display.environment, **environment},
                                         stdin=subprocess.DEVNULL, start_new_session=True)
         try:
             self.window = display.wait(self._find_window, "Torvane's window", 60)
-            self._arrange()
+            self.resize(*self.SIZE)
+            self._measure_tree()
         except BaseException:
             display.look().save(os.path.join(ROOT, 'build/e2e/start-failed.png'))
             self.kill()
@@ -152,8 +152,7 @@ class Torvane:
                 return window
         return None
 
-    def _arrange(self):
-        width, height = self.SIZE
+    def resize(self, width, height):
         self.screen.xdo('windowactivate', self.window)
         self.screen.xdo('windowmove', self.window, 20, 40)
         self.screen.xdo('windowsize', self.window, width, height)
@@ -170,7 +169,7 @@ class Torvane:
         self.tree_area = Rectangle(place.left + 2, top, int(place.width * 0.27), rows)
         left = place.left + int(place.width * 0.35)
         self.list_area = Rectangle(left, top, place.right - 30 - left, rows)
-        self._measure_tree()
+        self.status_area = Rectangle(place.left + 2, place.bottom - 20, place.width // 2, 18)
 
     def _measure_tree(self):
         area = self.tree_area
@@ -199,6 +198,7 @@ class Torvane:
         row = categories.index(category)
         if program is None:
             self._close_category()
+            self.chosen = None
             return self.screen.click(*self._tree_row(row))
         if self.open_category != category:
             self._close_category()
@@ -207,7 +207,12 @@ class Torvane:
             if row + 1 < len(categories) and not changed_rows(before, after, self.tree_area):
                 raise RuntimeError(f'a double click on {category} opens nothing')
             self.open_category = category
-        return self.screen.click(*self._tree_row(row + 1 + self.tree[category].index(program)))
+        before = self.display.look_when_still()
+        after = self.screen.click(*self._tree_row(row + 1 + self.tree[category].index(program)))
+        if (category, program) != self.chosen and not changed_rows(before, after, self.status_area):
+            raise RuntimeError(f'a click on {program} changes nothing in the status bar')
+        self.chosen = (category, program)
+        return after
 
     def _close_category(self):
         if self.open_category:

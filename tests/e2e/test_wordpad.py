@@ -1,5 +1,6 @@
 """A program that owns a list: Wine's WordPad writes it, Torvane edits it, WordPad takes it again."""
 import contextlib
+import os
 import subprocess
 
 from display import Display
@@ -41,6 +42,7 @@ def wordpad(prefix, *files):
         try:
             yield program
             program.close()
+            prefix.end()
         finally:
             program.process.kill()
             program.process.wait()
@@ -58,13 +60,13 @@ class OwnedList:
                 pass
         self.assertEqual(prefix.reg_query(KEY),
                          {f'File{number}': path for number, path in enumerate(reversed(paths), 1)})
-        subprocess.run(['rm', prefix.host(paths[3])], check=True)
+        os.remove(prefix.host(paths[3]))
 
         with self.torvane(prefix) as program:
             program.choose('Text Editors', 'Wordpad')
             program.delete_missing(4)
             program.delete_selected(3, [1])
-        self.assertEqual(prefix.reg_query(KEY), {'File1': paths[2], 'File2': paths[0]})
+        self.assertEqual(prefix.reg_query(KEY), {'File1': r'c:\texts\three.txt', 'File2': r'c:\texts\one.txt'})
 
         with wordpad(prefix) as program:
             self.assertEqual(program.open_recent(3), 'Document - Wine Wordpad')
