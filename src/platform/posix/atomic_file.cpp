@@ -59,10 +59,11 @@ std::size_t ReadAll(int descriptor, char* bytes, std::size_t size,
   return done;
 }
 
-bool WritableByMode(const std::filesystem::path& path) {
+void CheckWritable(const std::filesystem::path& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return false;
-  return (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && access(path.c_str(), W_OK) == 0;
+  if (stat(path.c_str(), &status) != 0) Fail(errno, path);
+  if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) Fail(EACCES, path);
+  if (access(path.c_str(), W_OK) != 0) Fail(errno, path);
 }
 
 }  // namespace
@@ -132,9 +133,9 @@ std::filesystem::path ResolveTarget(const std::filesystem::path& path) {
   return target;
 }
 
-bool MayReplace(const std::filesystem::path& target) {
-  if (!WritableByMode(target.parent_path())) return false;
-  return !StampOf(target).exists() || WritableByMode(target);
+void CheckReplaceable(const std::filesystem::path& target) {
+  CheckWritable(target.parent_path());
+  if (StampOf(target).exists()) CheckWritable(target);
 }
 
 FolderLock::FolderLock(const std::filesystem::path& folder)
@@ -152,7 +153,7 @@ FolderLock::FolderLock(const std::filesystem::path& folder)
 
 FileReplacement::FileReplacement(const std::filesystem::path& target)
     : target_(target), temporary_(TemporaryFor(target)) {
-  if (!MayReplace(target_)) Fail(EACCES, target_);
+  CheckReplaceable(target_);
   // Under the lock, whatever has this name is left over from a writer that died.
   if (unlink(temporary_.c_str()) != 0 && errno != ENOENT) Fail(errno, temporary_);
   file_ = FileDescriptor(

@@ -72,9 +72,10 @@ FileContent ReadWholeFile(const std::filesystem::path& path);
 /// nowhere, and anything that isn't a regular file.
 std::filesystem::path ResolveTarget(const std::filesystem::path& path);
 
-/// Whether a file, and the folder that it lies in, may be written by their mode bits, which are
-/// asked for root too, and by the system. A file that isn't there asks its folder only.
-bool MayReplace(const std::filesystem::path& target);
+/// Throws std::system_error with the reason where a file, or the folder that it lies in, may not be
+/// written: by their mode bits, which are asked for root too, or by the system. A file that isn't
+/// there asks its folder only.
+void CheckReplaceable(const std::filesystem::path& target);
 
 /// Holds a folder against the other programs that replace files in it through this class.
 class FolderLock {
@@ -90,8 +91,8 @@ class FolderLock {
 /// the folder's lock.
 class FileReplacement {
  public:
-  /// `target` is what ResolveTarget gave. Throws std::system_error, std::errc::permission_denied
-  /// where MayReplace says no.
+  /// `target` is what ResolveTarget gave. Throws std::system_error, and what CheckReplaceable
+  /// throws.
   explicit FileReplacement(const std::filesystem::path& target);
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;

@@ -94,7 +94,7 @@ LSTATUS Hive::mayChange() {
   if (!readError_.empty() || !image_->problem().empty()) return ERROR_REGISTRY_CORRUPT;
   if (isPending_ && isChecked_) return ERROR_SUCCESS;
   try {
-    if (!MayReplace(ResolveTarget(file_))) return ERROR_ACCESS_DENIED;
+    CheckReplaceable(ResolveTarget(file_));
   } catch (const std::system_error&) {
     return ERROR_ACCESS_DENIED;
   }

@@ -3,7 +3,6 @@
 #include "platform/posix/profile_file.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <map>
 #include <system_error>
 #include <utility>
@@ -71,9 +70,7 @@ void ProfileFile::change(std::u16string_view section, std::optional<std::u16stri
   const bool removes = !change.key || !change.value;
   if (removes && !text_->contains(change.section, change.key)) return;
   // Once a change waits, the rest of them share its fate.
-  if (pending_.empty() && !MayReplace(ResolveTarget(path_))) {
-    throw std::system_error(EACCES, std::generic_category(), path_.string());
-  }
+  if (pending_.empty()) CheckReplaceable(ResolveTarget(path_));
   apply(change);
   pending_.push_back(std::move(change));
   MarkChanged(*this);

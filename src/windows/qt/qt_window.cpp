@@ -23,6 +23,8 @@ QtWindow::QtWindow(QWidget& widget, Answer answer)
 }
 
 QtWindow::~QtWindow() {
+  // The last message comes here too, when the view that answers is no longer whole.
+  answer_ = nullptr;
   posix::DestroyRegisteredWindow(handle_);
   Windows().erase(handle_);
 }
