@@ -16,8 +16,11 @@ constexpr PixelRect kMinimized{-32000, -32000, 160, 31};
 
 }  // namespace
 
-QtForm::QtForm(Form& form, QtPictures& pictures)
-    : pictures_(pictures), window_(&MakeChild<FormWindow>(form)), record_(window_->client()) {
+QtForm::QtForm(Form& form, QtPictures& pictures, std::function<void()> gone)
+    : pictures_(pictures),
+      gone_(std::move(gone)),
+      window_(&MakeChild<FormWindow>(form)),
+      record_(window_->client()) {
   window_->setWindowIcon(pictures.resourceIcon(kApplicationIcon));
   QtForm::setCaption(form.Caption());
   const QSize design(form.DesignWidth, form.DesignHeight);
@@ -30,6 +33,7 @@ QtForm::~QtForm() {
   QtForm::setMousePointer(MousePointer::Default);
   window_->letGo();
   Retire(window_);
+  gone_();
 }
 
 void QtForm::centre() {

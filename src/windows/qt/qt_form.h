@@ -10,7 +10,8 @@ namespace torvane {
 
 class QtForm : public FormView {
  public:
-  QtForm(Form& form, QtPictures& pictures);
+  /// `gone` runs when the view has let go.
+  QtForm(Form& form, QtPictures& pictures, std::function<void()> gone);
   ~QtForm() override;
   QtForm(const QtForm&) = delete;
   QtForm& operator=(const QtForm&) = delete;
@@ -35,6 +36,7 @@ class QtForm : public FormView {
   void centre();
 
   QtPictures& pictures_;
+  std::function<void()> gone_;
   QPointer<FormWindow> window_;
   QtWindow record_;  ///< of the client area
   bool hourglass_ = false;

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kIconSize = 16;
 constexpr int kRowSpace = 4;
+constexpr int kColumnSpace = 8;
 
 /// Gives every row the same height without looking at it.
 class RowDelegate : public QStyledItemDelegate {
@@ -190,7 +191,7 @@ int ListWidget::sizeHintForColumn(int column) const {
   for (const int row : widest.places()) {
     width = std::max(width, delegate->cellSize(option, model_.index(row, column)).width());
   }
-  return width;
+  return width + kColumnSpace;
 }
 
 void ListWidget::fitColumn(int column) {

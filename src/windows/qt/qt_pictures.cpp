@@ -29,6 +29,12 @@ QByteArray Bytes(std::span<const std::byte> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())};
 }
 
+/// Adds a picture that looks the same in a selected row: a marked entry stays easy to tell.
+void AddPicture(QIcon& icon, const QPixmap& pixmap) {
+  icon.addPixmap(pixmap);
+  icon.addPixmap(pixmap, QIcon::Selected);
+}
+
 QIcon ThemeIcon(const QString& name, QStyle::StandardPixmap fallback) {
   const QIcon icon = QIcon::fromTheme(name);
   return icon.isNull() ? QApplication::style()->standardIcon(fallback) : icon;
@@ -160,7 +166,7 @@ QIcon IconFromBytes(const QByteArray& bytes) {
   for (int index = 0; index < count; ++index) {
     if (!reader.jumpToImage(index)) break;
     const QImage image = reader.read();
-    if (!image.isNull()) icon.addPixmap(QPixmap::fromImage(image));
+    if (!image.isNull()) AddPicture(icon, QPixmap::fromImage(image));
   }
   return icon;
 }
@@ -188,7 +194,7 @@ QIcon QtPictures::pictureIcon(const Picture& picture, const QPalette& palette) {
     QPainter painter(&pixmap);
     draw(painter, picture.steps, tools);
     painter.end();
-    icon.addPixmap(pixmap);
+    AddPicture(icon, pixmap);
   }
   return icon;
 }

@@ -5,6 +5,9 @@
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
+#include <algorithm>
 
 #include "windows/qt/qt_write_back.h"
 
@@ -43,6 +46,16 @@ void LabelWidget::keyPressEvent(QKeyEvent* event) {
                      event->key() == Qt::Key_Enter;
   if (!press) return QLabel::keyPressEvent(event);
   RunCommand([&model = model_] { model.Click(); });
+}
+
+void LabelWidget::paintEvent(QPaintEvent* event) {
+  QLabel::paintEvent(event);
+  if (!hasFocus()) return;
+  QStyleOptionFocusRect option;
+  option.initFrom(this);
+  option.rect.setWidth(std::min(width(), fontMetrics().horizontalAdvance(text()) + 2));
+  QPainter painter(this);
+  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 QtLabel::QtLabel(Label& model, QtPictures& pictures, QWidget& parent)

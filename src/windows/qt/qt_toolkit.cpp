@@ -114,7 +114,7 @@ bool QtToolkit::openWorld() {
 }
 
 void QtToolkit::MakeViews(Form& form) {
-  auto view = std::make_unique<QtForm>(form, *pictures_);
+  auto view = std::make_unique<QtForm>(form, *pictures_, [this, &form] { forget(form); });
   ViewMaker maker(view->window(), *pictures_, desktop_);
   form.attachView(std::move(view));
   for (Control* control : form.Controls()) control->accept(maker);
@@ -125,12 +125,17 @@ void QtToolkit::DropViews(Form& form) {
   if (form.view()) form.view()->hide();
   for (Control* control : form.Controls()) control->detachView();
   form.attachView(nullptr);
+}
+
+void QtToolkit::forget(const Form& form) {
   std::erase(shown_, &form);
-  if (shown_.empty()) QCoreApplication::quit();
+  if (shown_.empty() && running_) QCoreApplication::exit();
 }
 
 void QtToolkit::Run() {
+  running_ = true;
   if (!shown_.empty()) QApplication::exec();
+  running_ = false;
   writeBack_.finish();
 }
 

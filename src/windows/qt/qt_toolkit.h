@@ -32,6 +32,8 @@ class QtToolkit : public Toolkit {
 
  private:
   bool openWorld();
+  /// A form's view has gone, with its form or before it.
+  void forget(const Form& form);
 
   int& argumentCount_;
   char** arguments_;
@@ -40,6 +42,7 @@ class QtToolkit : public Toolkit {
   QtDesktop desktop_;
   WriteBack writeBack_;
   std::vector<Form*> shown_;  ///< forms that have views
+  bool running_ = false;
 };
 
 }  // namespace torvane

@@ -70,6 +70,12 @@ QItemSelectionModel::SelectionFlags TreeWidget::selectionCommand(const QModelInd
                          : QItemSelectionModel::NoUpdate;
 }
 
+void TreeWidget::resizeEvent(QResizeEvent* event) {
+  // A row takes the width of the tree, or what its text needs.
+  header()->setMinimumSectionSize(viewport()->width());
+  QTreeWidget::resizeEvent(event);
+}
+
 void TreeWidget::changeEvent(QEvent* event) {
   QTreeWidget::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && themeChanged) themeChanged();

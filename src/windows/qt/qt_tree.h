@@ -18,6 +18,8 @@ class TreeWidget : public QTreeWidget {
 
   /// The user has chosen a node, or clicked the chosen one again.
   std::function<void(QTreeWidgetItem&)> chosen;
+  std::function<void()> themeChanged;
+
   QTreeWidgetItem* selectedItem() const;
 
  protected:
@@ -26,10 +28,8 @@ class TreeWidget : public QTreeWidget {
   void keyPressEvent(QKeyEvent* event) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
+  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
-
- public:
-  std::function<void()> themeChanged;
 
  private:
   void choose(QTreeWidgetItem* item);
