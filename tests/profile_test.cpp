@@ -168,7 +168,7 @@ TEST_F(ProfileTest, OddFilesGiveWhatCanBeRead) {
       {"[s]\r\n\x80\xFF=\x81\xE4\r\nb=2", "\x80\xFF", "\x81\xE4"},
       {"[s\r\nb=1\r\n", "b", "def"},
       {"]\r\n=\r\n[\r\n[]\r\n[s]\r\n=\r\n;\r\nb=2\r\n", "b", "2"},
-      {std::string("\xFF\xFE[\0s\0]\0\r\0\n\0b\0=\0\xE4\0\r\0\n\0", 26), "b", "\xE4"},
+      {std::string("\xFF\xFE[\0s\0]\0\r\0\n\0b\0=\0\xE4\0\r\0\n\0", 22), "b", "\xE4"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.file.substr(0, 30));

@@ -80,7 +80,8 @@ TEST(CommandLine, FindsAProgramWhosePathHoldsBlanks) {
 /// Programs of the host that write down how they were started.
 class StartTest : public ScratchWorld {
  protected:
-  StartTest() : bin_(Host(MakeFolder("bin"))), log_(bin_ / "log"), path_(std::getenv("PATH")) {
+  StartTest() : bin_(Host(MakeFolder("bin"))), log_(bin_ / "log") {
+    if (const char* path = std::getenv("PATH")) path_ = path;
     ::setenv("PATH", (bin_.string() + ":/usr/bin:/bin").c_str(), 1);
   }
   ~StartTest() override { ::setenv("PATH", path_.c_str(), 1); }

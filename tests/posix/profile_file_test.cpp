@@ -79,8 +79,7 @@ TEST_F(ProfileFileTest, WritingTouchesOnlyItsOwnLines) {
       {utf16(u"[a]\r\nx = \u0416\r\n\u3042=1\r\n"), "a", "x", "\xE4",
        utf16(u"[a]\r\nx = \u00E4\r\n\u3042=1\r\n")},
       {utf16(u"[a]\nx=1"), "a", "y", "2", utf16(u"[a]\nx=1\ny=2\n")},
-      {utf16(u"[a]\n") + "x", "b", "y", "2",
-       utf16(u"[a]\n") + "x" + utf16(u"\n[b]\ny=2\n").substr(2)},
+      {utf16(u"[a]\nx") + "y", "b", "y", "2", utf16(u"[a]\nx\n[b]\ny=2\n")},
   };
   int number = 0;
   for (const Row& row : rows) {

@@ -138,7 +138,8 @@ void AddKey(HKEY root, const char* path, Variables& variables) {
     std::u16string& kept = variables[folded];
     // The user's search path goes behind the machine's.
     const bool joined = root == HKEY_CURRENT_USER && folded == u"path" && !kept.empty();
-    kept = joined ? kept + u";" + value : value;
+    if (joined) value.insert(0, kept + u";");
+    kept = std::move(value);
   }
 }
 

@@ -251,7 +251,11 @@ ProfileText::Section& ProfileText::findOrMake(std::u16string_view name) {
 }
 
 void ProfileText::endLine(std::string_view& line) {
-  if (lineEndOf(line).empty()) line = keep(std::string(line) + lineEnd_);
+  if (!lineEndOf(line).empty()) return;
+  std::string bytes(line);
+  // Half a unit at the end of a UTF-16 file means nothing, but would shift all that comes behind.
+  if (markSize_ != 0 && bytes.size() % 2 != 0) bytes.pop_back();
+  line = keep(bytes + lineEnd_);
 }
 
 void ProfileText::appendKey(Section& section, std::u16string_view key, std::u16string_view value) {
