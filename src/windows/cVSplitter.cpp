@@ -60,7 +60,7 @@ void cVSplitter::ReadMetrics() {
 }
 
 void cVSplitter::Left(std::int32_t x) {
-  if (x < 0) return;
+  if (x < 0 || !fraSplit_) return;
   fraSplit_->Left(x);
   LayoutPanes();
 }
