@@ -1,0 +1,309 @@
+// What only the real controls can show: that their messages reach the models, and that windows live
+// and go as they should.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <stdexcept>
+
+#include "windows/controls/list.h"
+#include "windows/controls/tree.h"
+#include "windows/win32/win32_drawing.h"
+#include "windows/win32/win32_toolkit.h"
+
+namespace torvane {
+namespace {
+
+class TestToolkit : public Win32Toolkit {
+ public:
+  TestToolkit() {
+    SetToolkit(this);
+    Start();
+  }
+  ~TestToolkit() override { SetToolkit(nullptr); }
+  TestToolkit(const TestToolkit&) = delete;
+  TestToolkit& operator=(const TestToolkit&) = delete;
+  void ReportError(const Text& description) override { errors.push_back(description); }
+
+  std::vector<Text> errors;
+};
+
+class TestForm : public Form {
+ public:
+  TestForm() : Form(BorderStyle::Sizable) {
+    DesignWidth = 400;
+    DesignHeight = 300;
+    tree.Move({0, 0, 200, 200});
+    list.Move({200, 0, 200, 200});
+    frame.Move({0, 200, 50, 50});
+    ok.Move({100, 200, 60, 24});
+    ok.Default = true;
+  }
+
+  Tree tree{*this, u"Tree"};
+  List list{*this, u"List"};
+  Frame frame{*this, u"Frame"};
+  Button ok{*this, u"Button"};
+};
+
+class Win32ViewsTest : public ::testing::Test {
+ protected:
+  ~Win32ViewsTest() override { form_.Unload(); }
+
+  // Lets a window manager place the window and the mouse's move arrive. In the middle of a click
+  // either would make a drag of it.
+  void Settle() {
+    RECT before{};
+    for (int quiet = 0; quiet < 5; ++quiet) {
+      Sleep(20);
+      toolkit_.DoEvents();
+      RECT now{};
+      GetWindowRect(form_.hWnd(), &now);
+      if (!EqualRect(&before, &now)) quiet = 0;
+      before = now;
+    }
+  }
+  // Sends what a mouse click on the node's icon sends.
+  void Click(const Node& node) {
+    Settle();
+    const HWND window = form_.tree.hWnd();
+    HTREEITEM item = TreeView_GetRoot(window);
+    for (int n = 1; n < node.Index(); ++n) item = TreeView_GetNextSibling(window, item);
+    RECT rect{};
+    TreeView_GetItemRect(window, item, &rect, TRUE);
+    POINT point{rect.left + 2, rect.top + 2};
+    const LPARAM place = MAKELPARAM(point.x, point.y);
+    ClientToScreen(window, &point);
+    SetCursorPos(point.x, point.y);
+    Settle();
+    PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, place);
+    PostMessageW(window, WM_LBUTTONUP, 0, place);
+    toolkit_.DoEvents();
+  }
+  Text ShownText(int row, int column) {
+    std::vector<char16_t> buffer(40000);
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = reinterpret_cast<wchar_t*>(buffer.data());
+    item.cchTextMax = static_cast<int>(buffer.size());
+    SendMessageW(form_.list.hWnd(), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&item));
+    return reinterpret_cast<const char16_t*>(item.pszText);
+  }
+  int ShownImage(int row) {
+    LVITEMA item{};
+    item.mask = LVIF_IMAGE;
+    item.iItem = row;
+    SendMessageA(form_.list.hWnd(), LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    return item.iImage;
+  }
+
+  TestToolkit toolkit_;
+  TestForm form_;
+};
+
+WNDPROC listProcedure = nullptr;
+int reflected = 0;
+
+LRESULT CALLBACK AnsiProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == 0x2000 + WM_NOTIFY) ++reflected;
+  return CallWindowProcA(listProcedure, window, message, wParam, lParam);
+}
+
+TEST_F(Win32ViewsTest, ListKeepsTextAndImagesUnderAnAnsiProcedure) {
+  form_.Show();
+  const HWND window = form_.list.hWnd();
+  listProcedure = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(AnsiProcedure)));
+  form_.list.ColumnHeaders().Add(u"File");
+  form_.list.ColumnHeaders().Add(u"Путь");
+  const Text longText(32000, u'х');
+  for (int n = 0; n < 4; ++n) {
+    form_.list.ListItems().Add(u"日本 " + Decimal(n)).SubItems(1, n == 3 ? longText : u"Ünïcödé");
+    LVITEMA item{};
+    item.mask = LVIF_IMAGE;
+    item.iItem = n;
+    item.iImage = n * 10;
+    SendMessageA(window, LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+  }
+  toolkit_.DoEvents();
+  EXPECT_EQ(ShownText(1, 0), u"日本 1");
+  EXPECT_EQ(ShownText(3, 1), longText);
+
+  form_.list.ListItems()(3).Selected(true);
+  EXPECT_GT(reflected, 0);
+  form_.list.ListItems().RemoveWhere([](const ListItem& item) { return item.Index() % 2 != 0; });
+  ASSERT_EQ(SendMessageA(window, LVM_GETITEMCOUNT, 0, 0), 2);
+  EXPECT_EQ(ShownText(0, 0), u"日本 1");
+  EXPECT_EQ(ShownImage(0), 10);
+  EXPECT_EQ(ShownText(1, 1), longText);
+  EXPECT_EQ(ShownImage(1), 30);
+  EXPECT_FALSE(form_.list.ListItems()(1).Selected());
+  SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure));
+}
+
+TEST_F(Win32ViewsTest, EveryClickAndArrowKeyInTheTreeChoosesANode) {
+  for (int n = 0; n < 3; ++n) {
+    form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Node", 0);
+  }
+  std::vector<int> chosen;
+  form_.tree.NodeClick = [&](const Node& node) { chosen.push_back(node.Index()); };
+  form_.Show();
+  toolkit_.DoEvents();
+  EXPECT_EQ(form_.tree.SelectedItem(), nullptr);
+  Click(form_.tree.Nodes()(2));
+  Click(form_.tree.Nodes()(2));
+  PostMessageW(form_.tree.hWnd(), WM_KEYDOWN, VK_DOWN, 0);
+  toolkit_.DoEvents();
+  EXPECT_EQ(chosen, (std::vector<int>{2, 2, 3}));
+  form_.tree.SelectedItem(form_.tree.Nodes()(1));
+  toolkit_.DoEvents();
+  EXPECT_EQ(chosen.size(), 3U);
+  EXPECT_EQ(form_.tree.SelectedItem()->Index(), 1);
+}
+
+TEST_F(Win32ViewsTest, ExpansionGoesBothWaysAndIsToldOnce) {
+  Node& parent = form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Parent", 0);
+  form_.tree.Nodes().Add(&parent, NodeRelationship::Child, u"Child", 0);
+  int told = 0;
+  form_.tree.Expand = [&](Node&) { ++told; };
+  form_.tree.Collapse = form_.tree.Expand;
+  form_.Show();
+  const HWND window = form_.tree.hWnd();
+  const auto shown = [&] {
+    const HTREEITEM root = TreeView_GetRoot(window);
+    return (TreeView_GetItemState(window, root, TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
+  };
+  parent.Expanded(true);
+  EXPECT_TRUE(shown());
+  EXPECT_EQ(told, 1);
+  TreeView_Select(window, TreeView_GetRoot(window), TVGN_CARET);
+  SendMessageW(window, WM_KEYDOWN, VK_SUBTRACT, 0);
+  EXPECT_FALSE(shown());
+  EXPECT_FALSE(parent.Expanded());
+  EXPECT_EQ(told, 2);
+}
+
+TEST_F(Win32ViewsTest, ModalFormDisablesItsOwnerUntilItIsClosed) {
+  form_.Show();
+  const HWND owner = form_.hWnd();
+  for (const UINT way : {UINT{BM_CLICK}, UINT{WM_KEYDOWN}, UINT{WM_CLOSE}}) {
+    TestForm modal;
+    modal.Load();
+    const HWND window = modal.hWnd();
+    bool ownerEnabled = true;
+    modal.Resize = [&] { ownerEnabled = IsWindowEnabled(owner) != FALSE; };
+    bool windowStands = true;
+    modal.ok.Click = [&] {
+      modal.Unload();
+      windowStands = IsWindow(window) != FALSE;
+    };
+    // Escape goes to where the focus is, the others to the button and to the form.
+    const HWND target = way == WM_CLOSE ? window : modal.ok.hWnd();
+    PostMessageW(target, way, way == WM_KEYDOWN ? VK_ESCAPE : 0, 0);
+    modal.ShowModal(form_);
+    EXPECT_FALSE(ownerEnabled) << way;
+    EXPECT_TRUE(windowStands) << way;
+    EXPECT_FALSE(modal.Loaded()) << way;
+    EXPECT_FALSE(IsWindow(window)) << way;
+    EXPECT_TRUE(IsWindowEnabled(owner)) << way;
+  }
+}
+
+TEST_F(Win32ViewsTest, FormThatClosesWhileAHandlerRunsEndsTheLoop) {
+  form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Node", 0);
+  form_.Show();
+  form_.tree.NodeClick = [&](Node&) {
+    PostMessageW(form_.hWnd(), WM_CLOSE, 0, 0);
+    toolkit_.DoEvents();
+    EXPECT_FALSE(form_.Loaded());
+    form_.list.ListItems().Add(u"goes on without a view");
+    throw std::runtime_error("late");
+  };
+  Click(form_.tree.Nodes()(1));
+  toolkit_.Run();
+  EXPECT_EQ(form_.list.ListItems().Count(), 1);
+  EXPECT_EQ(toolkit_.errors, std::vector<Text>{u"late"});
+}
+
+TEST_F(Win32ViewsTest, FormSeesKeysFirst) {
+  std::vector<int> keys;
+  form_.KeyPreview = true;
+  form_.KeyPress = [&](int& key) {
+    keys.push_back(key);
+    key = 0;
+  };
+  int clicks = 0;
+  form_.ok.Click = [&] { ++clicks; };
+  form_.Show();
+  const HWND list = form_.list.hWnd();
+  PostMessageW(list, WM_KEYDOWN, VK_ESCAPE, 0);
+  PostMessageW(list, WM_KEYDOWN, VK_RETURN, 0);
+  PostMessageW(list, WM_CHAR, 'x', 0);
+  toolkit_.DoEvents();
+  EXPECT_EQ(keys, (std::vector<int>{27, '\r', 'x'}));
+  EXPECT_EQ(clicks, 0);
+  form_.KeyPreview = false;
+  PostMessageW(list, WM_KEYDOWN, VK_RETURN, 0);
+  toolkit_.DoEvents();
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Win32ViewsTest, MenusAreReadAnewEachTimeTheyOpen) {
+  MenuItem& menu = form_.MenuBar().Add(u"View");
+  MenuItem& first = menu.Add(u"A&B");
+  menu.Add(u"-");
+  MenuItem& last = menu.Add(u"Last");
+  int clicks = 0;
+  last.Click = [&] { ++clicks; };
+  form_.Show();
+  first.Visible = false;
+  last.Caption = u"R&D";
+  const HMENU popup = GetSubMenu(GetMenu(form_.hWnd()), 0);
+  SendMessageW(form_.hWnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
+  ASSERT_EQ(GetMenuItemCount(popup), 2);
+  std::array<wchar_t, 20> caption{};
+  GetMenuStringW(popup, 1, caption.data(), 20, MF_BYPOSITION);
+  EXPECT_STREQ(caption.data(), L"R&&D");
+  SendMessageW(form_.hWnd(), WM_COMMAND, GetMenuItemID(popup, 1), 0);
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Win32ViewsTest, FrameKeepsThePressedMouseWhileItIsHidden) {
+  std::vector<float> released;
+  form_.frame.MouseUp = [&](int, int, float x, float) { released.push_back(x); };
+  form_.Show();
+  const HWND frame = form_.frame.hWnd();
+  SendMessageW(frame, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+  form_.frame.Visible(false);
+  form_.frame.Visible(true);
+  EXPECT_EQ(GetCapture(), frame);
+  SendMessageW(frame, WM_LBUTTONUP, 0, MAKELPARAM(-2, 3));
+  EXPECT_EQ(GetCapture(), nullptr);
+  toolkit_.DoEvents();
+  EXPECT_EQ(released, std::vector<float>{-2.0F * static_cast<float>(toolkit_.TwipsPerPixel())});
+
+  SendMessageW(frame, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+  ReleaseCapture();
+  EXPECT_EQ(released.size(), 1U);
+  toolkit_.DoEvents();
+  EXPECT_EQ(released.size(), 2U);
+}
+
+TEST_F(Win32ViewsTest, IconOfAPictureIsTransparentWhereNothingIsDrawn) {
+  const Picture picture{16, 16, {DrawBox{0, 0, 8, 16}}};
+  const UniqueIcon icon = IconOf(picture, 32);
+  const auto drawnOn = [&](COLORREF ground) {
+    const UniqueDc dc(CreateCompatibleDC(nullptr));
+    const UniqueBitmap bitmap(CreateBitmap(32, 32, 1, 32, nullptr));
+    const Selection selected(dc.get(), bitmap.get());
+    for (int x = 0; x < 32; ++x) SetPixel(dc.get(), x, 5, ground);
+    DrawIconEx(dc.get(), 0, 0, icon.get(), 32, 32, 0, nullptr, DI_NORMAL);
+    return std::pair(GetPixel(dc.get(), 15, 5), GetPixel(dc.get(), 16, 5));
+  };
+  const COLORREF text = ColorOf(SystemColor::WindowText);
+  EXPECT_EQ(drawnOn(0x00FF00), std::pair(text, COLORREF{0x00FF00}));
+  EXPECT_EQ(drawnOn(0xFF00FF), std::pair(text, COLORREF{0xFF00FF}));
+}
+
+}  // namespace
+}  // namespace torvane
