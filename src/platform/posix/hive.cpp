@@ -91,11 +91,15 @@ std::string Hive::problem() const {
 
 LSTATUS Hive::mayChange() {
   if (role_ == HiveRole::Machine) return ERROR_ACCESS_DENIED;
-  if (!readError_.empty() || !image_->problem().empty()) return ERROR_REGISTRY_CORRUPT;
+  if (const std::string what = problem(); !what.empty()) {
+    RefusalNote() = what + "\n\nThe file is only read; nothing is written to it.";
+    return ERROR_REGISTRY_CORRUPT;
+  }
   if (isPending_ && isChecked_) return ERROR_SUCCESS;
   try {
     CheckReplaceable(ResolveTarget(file_));
-  } catch (const std::system_error&) {
+  } catch (const std::system_error& error) {
+    RefusalNote() = file_.string() + " can't be written: " + error.code().message() + ".";
     return ERROR_ACCESS_DENIED;
   }
   if (role_ == HiveRole::User && WineServerRuns(file_.parent_path())) {
@@ -111,16 +115,15 @@ void Hive::noteChange() {
   MarkChanged(*this);
 }
 
-/// Does the pending changes again on the file as it is now.
-void Hive::takeOver() {
+/// The file as it is now, with the pending changes done again.
+std::unique_ptr<HiveImage> Hive::takeOver() {
   auto fresh = read();
   if (!readError_.empty() || !fresh->problem().empty())
     throw WriteRefused(std::errc::illegal_byte_sequence,
                        file_.filename().string() +
                            " is damaged: " + (readError_.empty() ? fresh->problem() : readError_));
   image_->replayOnto(*fresh);
-  image_ = std::move(fresh);
-  ++generation_;
+  return fresh;
 }
 
 void Hive::writeBack() {
@@ -130,12 +133,20 @@ void Hive::writeBack() {
   const FolderLock lock(target.parent_path());
   std::optional<WineServerHold> hold;
   if (role_ == HiveRole::User) hold.emplace(file_.parent_path());
-  if (StampOf(target) != image_->stamp()) takeOver();
-  std::vector<RenderedPiece> pieces = image_->render(HiveTimeNow());
+  // Until the new file stands, the changes are kept as they were made: what there was nothing to
+  // delete of now may be there at the next try.
+  std::unique_ptr<HiveImage> fresh;
+  if (StampOf(target) != image_->stamp()) fresh = takeOver();
+  const HiveImage& image = fresh ? *fresh : *image_;
+  std::vector<RenderedPiece> pieces = image.render(HiveTimeNow());
   FileReplacement replacement(target);
-  image_->write(pieces, replacement);
+  image.write(pieces, replacement);
   FileDescriptor descriptor;
   const FileStamp stamp = replacement.commit(&descriptor);
+  if (fresh) {
+    image_ = std::move(fresh);
+    ++generation_;
+  }
   image_->adopt(std::move(pieces), stamp, std::move(descriptor));
   isPending_ = false;
 }

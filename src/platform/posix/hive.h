@@ -37,7 +37,7 @@ class Hive final : public ChangedFile {
   std::string problem() const;
 
   /// Whether a change may be made now: ERROR_SUCCESS, or ERROR_ACCESS_DENIED,
-  /// ERROR_REGISTRY_CORRUPT or ERROR_SHARING_VIOLATION. The last leaves a note for
+  /// ERROR_REGISTRY_CORRUPT or ERROR_SHARING_VIOLATION. A refusal leaves a note for
   /// TakeRefusalNote().
   LSTATUS mayChange();
   /// To be called after a change of the image, so that it is written back.
@@ -49,7 +49,7 @@ class Hive final : public ChangedFile {
  private:
   bool isCurrent() const;
   std::unique_ptr<HiveImage> read();
-  void takeOver();
+  std::unique_ptr<HiveImage> takeOver();
 
   std::filesystem::path file_;
   HiveRole role_;

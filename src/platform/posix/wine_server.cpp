@@ -9,21 +9,21 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <fstream>
 #include <set>
 #include <sstream>
 #include <string>
+#include <system_error>
 
 namespace torvane::posix {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// The folder in /tmp that Debian's Wine has chosen for this prefix; empty for none.
+/// The folder in /tmp that Debian's Wine has chosen for this prefix; empty for none. Throws
+/// std::system_error where the file that names it can't be read.
 fs::path DebianFolder(const fs::path& prefix) {
-  std::ifstream file(prefix / "wineserver");
-  std::string name;
-  std::getline(file, name);
+  const FileContent content = ReadWholeFile(prefix / "wineserver");
+  const std::string name(content.view().substr(0, content.view().find('\n')));
   if (name.empty() || name.find('/') != std::string::npos || name == "..") return {};
   return fs::path("/tmp") / name;
 }
@@ -89,7 +89,8 @@ bool WineServerRuns(const fs::path& prefix) {
       struct flock lock = ServerLock();
       if (fcntl(descriptor.get(), F_GETLK, &lock) != 0 || lock.l_type != F_UNLCK) return true;
     }
-  } catch (const PrefixInUse&) {
+  } catch (const std::system_error&) {
+    // What can't be asked counts as running.
     return true;
   }
   return false;

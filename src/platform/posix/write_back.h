@@ -49,8 +49,8 @@ std::vector<WriteFailure> WriteBackChanges();
 /// UTF-8; empty where all are sound. Loads them.
 std::vector<std::string> HiveProblems();
 
-/// Why the last refused change was refused and what the user can do, as a paragraph in UTF-8; empty
-/// where the reason is not Wine. Asking clears it.
+/// Why the last refused change to a hive was refused and what the user can do, as a paragraph in
+/// UTF-8; empty where none was. Asking clears it.
 std::string TakeRefusalNote();
 
 }  // namespace torvane::posix
