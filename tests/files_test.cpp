@@ -67,7 +67,7 @@ TEST_F(FilesTest, FindsByNameAndPattern) {
     EXPECT_EQ(name, own ? Folder().substr(3) : row.name) << row.path;
   }
   for (const char* nowhere :
-       {"C:\\", "", "\\\\torvane-none\\share\\x", "Q:\\x", "torvane-none.txt"}) {
+       {"C:\\", "", "   ", "\\\\torvane-none\\share\\x", "Q:\\x", "torvane-none.txt"}) {
     EXPECT_EQ(Find(nowhere), "-") << nowhere;
   }
   EXPECT_EQ(Find("\\\\?\\" + Folder() + "\\Sub Folder\\plain"), "plain");

@@ -88,10 +88,11 @@ class StartTest : public ScratchWorld {
 
   void MakeProgram(const std::string& name) const {
     const std::filesystem::path path = bin_ / name;
-    std::ofstream(path) << "#!/bin/sh\n{ printf '%s|' \"$@\"; printf '%s' \"$WINEPREFIX\"; ls -l "
-                           "/proc/$$/fd | grep -c '[3-9] ->'; } > '"
-                        << log_.string() << ".new'\nmv '" << log_.string() << ".new' '"
-                        << log_.string() << "'\n";
+    const std::string log = "'" + log_.string() + "'";
+    std::ofstream(path) << "#!/bin/sh\n"
+                        << "{ printf '%s|' \"$@\"; printf '%s' \"$WINEPREFIX\"\n"
+                        << "for i in 3 4 5 6 7 8 9; do [ -e /proc/$$/fd/$i ] && printf ' fd%s' $i; "
+                        << "done; } > " << log << ".new\nmv " << log << ".new " << log << "\n";
     ::chmod(path.c_str(), 0755);
   }
 
@@ -118,12 +119,12 @@ TEST_F(StartTest, WinExecStartsWineWithExactlyTheArguments) {
   const std::string line =
       Folder() + "\\my programs\\EDIT.exe \"C:\\a & b;$(touch x)`id`.txt\" -x \"\" c:\\\xE4.txt";
   EXPECT_GT(WinExec(line.c_str(), SW_SHOWNORMAL), 31U);
-  // Behind the arguments stand the prefix and the number of descriptors that were handed on.
+  // Behind the arguments stand the prefix, and descriptors if any were handed on.
   const std::string prefix = posix::PrefixRoot().string();
   EXPECT_EQ(
       Log(),
       "C:\\scratch\\my programs\\EDIT.exe|C:\\a & b;$(touch x)`id`.txt|-x||c:\\\xC3\xA4.txt|" +
-          prefix + "0\n");
+          prefix);
   ::close(inherited);
 }
 

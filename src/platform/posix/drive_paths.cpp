@@ -53,7 +53,8 @@ std::optional<std::string> DriveRoot(char16_t drive) {
   std::string root = prefix + "/dosdevices/" + DriveName(drive);
   if (IsFolder(root)) return root;
   // A prefix without its dosdevices still has the drive that every prefix has.
-  if (drive == u'c' && !fs::is_symlink(root)) return prefix + "/drive_c";
+  std::error_code ignored;
+  if (drive == u'c' && !fs::is_symlink(root, ignored)) return prefix + "/drive_c";
   return std::nullopt;
 }
 

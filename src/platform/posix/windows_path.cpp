@@ -127,14 +127,15 @@ std::optional<PathParts> SplitWindowsPath(std::u16string_view path) {
   if (path.starts_with(kVerbatim)) return SplitVerbatimPath(path.substr(kVerbatim.size()));
   PathParts result;
   result.drive = u'c';
-  if (path.empty()) return std::nullopt;
+  if (path.find_first_not_of(u' ') == std::u16string_view::npos) return std::nullopt;
   if (StartsWithDrive(path)) {
     result.drive = FoldCase(path[0]);
     path.remove_prefix(2);
   } else if (path.size() >= 2 && IsSeparator(path[0]) && IsSeparator(path[1])) {
     return std::nullopt;
   }
-  const bool rooted = !path.empty() && IsSeparator(path.front());
+  // What comes down to nothing is the root, and only these three forms mean the current folder.
+  const bool current = path.empty() || path == u"." || path == u"..";
   result.closed = !path.empty() && IsSeparator(path.back());
   while (!path.empty()) {
     const auto* end = std::find_if(path.begin(), path.end(), IsSeparator);
@@ -142,7 +143,7 @@ std::optional<PathParts> SplitWindowsPath(std::u16string_view path) {
     AddPart(path.substr(0, length), length == path.size(), result.parts);
     path.remove_prefix(std::min(length + 1, path.size()));
   }
-  if (result.parts.empty()) result.closed = rooted;
+  if (result.parts.empty()) result.closed = !current;
   result.device = !result.closed && !result.parts.empty() && IsDevice(result.parts.back());
   return result;
 }
