@@ -1,0 +1,77 @@
+// Starts a program some times and prints the median of the seconds from its exec to the moment when
+// the X server has mapped its main window: the first top-level one of 600 pixels and more.
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace {
+
+constexpr int kRuns = 15;
+constexpr int kMainWindowWidth = 600;
+constexpr unsigned kPatience = 30;  // seconds
+
+struct FreeReply {
+  void operator()(void* reply) const { std::free(reply); }  // NOLINT(cppcoreguidelines-no-malloc)
+};
+template <class Reply>
+using Owned = std::unique_ptr<Reply, FreeReply>;
+
+bool IsMainWindow(xcb_connection_t* server, xcb_window_t window) {
+  const Owned<xcb_get_geometry_reply_t> shape(
+      xcb_get_geometry_reply(server, xcb_get_geometry(server, window), nullptr));
+  return shape && shape->width >= kMainWindowWidth;
+}
+
+std::optional<double> TimeToWindow(xcb_connection_t* server, char** command) {
+  using Clock = std::chrono::steady_clock;
+  const auto begin = Clock::now();
+  const pid_t child = fork();
+  if (child == 0) {
+    execv(command[0], command);
+    _exit(127);
+  }
+  alarm(kPatience);
+  std::optional<double> seconds;
+  while (!seconds) {
+    const Owned<xcb_generic_event_t> event(xcb_wait_for_event(server));
+    if (!event) break;
+    if ((event->response_type & 0x7F) != XCB_MAP_NOTIFY) continue;
+    const auto* mapped = reinterpret_cast<const xcb_map_notify_event_t*>(event.get());
+    if (IsMainWindow(server, mapped->window))
+      seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+  }
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  return seconds;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) return 2;
+  xcb_connection_t* server = xcb_connect(nullptr, nullptr);
+  if (xcb_connection_has_error(server) != 0) return 1;
+  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+  const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+  xcb_change_window_attributes(server, root, XCB_CW_EVENT_MASK, &mask);
+  xcb_flush(server);
+  std::vector<double> times;
+  for (int run = 0; run < kRuns; ++run) {
+    const auto seconds = TimeToWindow(server, argv + 1);
+    if (!seconds) return 1;
+    times.push_back(*seconds);
+  }
+  xcb_disconnect(server);
+  std::sort(times.begin(), times.end());
+  std::printf("%.6f\n", times[times.size() / 2]);
+  return 0;
+}

@@ -1,0 +1,119 @@
+// A profile file goes out as it came in; a change leaves every other line alone, and what was set
+// is what is read. The input is the file behind one byte that says what to change.
+#include <string>
+#include <vector>
+
+#include "check.h"
+#include "platform/posix/profile_text.h"
+#include "scratch_prefix.h"
+
+namespace torvane::fuzz {
+namespace {
+
+/// How much of two texts is the same from the front on and from the back.
+struct Difference {
+  Difference(std::string_view left, std::string_view right) {
+    const std::size_t most = std::min(left.size(), right.size());
+    while (front < most && left[front] == right[front]) ++front;
+    while (back < most - front && left[left.size() - 1 - back] == right[right.size() - 1 - back])
+      ++back;
+    before = left.substr(front, left.size() - front - back);
+    after = right.substr(front, right.size() - front - back);
+  }
+  std::size_t front = 0;
+  std::size_t back = 0;
+  std::string_view before;
+  std::string_view after;
+};
+
+/// Lines that have begun and ended in a text; line ends of two bytes count as one.
+std::size_t LineEnds(std::string_view text) {
+  std::size_t ends = 0;
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if (text[i] == '\n' || (text[i] == '\r' && text.substr(i + 1, 1) != "\n")) ++ends;
+  return ends;
+}
+
+bool IsWide(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE");
+}
+
+/// Every value of a file, in order.
+std::vector<std::u16string> AllValues(const posix::ProfileText& text) {
+  std::vector<std::u16string> all;
+  for (const auto& section : text.sections())
+    for (const auto& key : text.keys(section).value_or(std::vector<std::u16string>()))
+      all.push_back(section + u"\n" + key + u"\n" + text.value(section, key).value_or(u"\n"));
+  return all;
+}
+
+struct Target {
+  std::u16string section = u"Section";
+  std::u16string key = u"Key";
+};
+
+/// A key of the file, or where the choice says so a new one.
+Target Choose(const posix::ProfileText& text, unsigned choice) {
+  Target target;
+  const auto sections = text.sections();
+  if (sections.empty() || choice % 5 == 0) return target;
+  target.section = sections[choice % sections.size()];
+  const auto keys = text.keys(target.section).value_or(std::vector<std::u16string>());
+  if (!keys.empty() && choice % 3 != 0) target.key = keys[choice % keys.size()];
+  return target;
+}
+
+void CheckSet(const std::string& before, const Target& target) {
+  const std::u16string value = u"C:\\a b\\c.txt";
+  posix::ProfileText text(before);
+  text.set(target.section, target.key, value);
+  const std::string after = text.bytes();
+  const posix::ProfileText again(after);
+  Check(again.bytes() == after, "load, save, load gives the same");
+  Check(again.value(target.section, target.key) == value, "what was set is read");
+  Check(AllValues(again) == AllValues(text), "the file says what the text in memory says");
+  if (IsWide(before)) return;
+  const Difference difference(before, after);
+  Check(LineEnds(difference.before) <= 1, "one line at most is replaced");
+  // The file's last line may lack its end; a section line and the key's line may come behind it.
+  Check(LineEnds(difference.after) <= 4, "no more than the key's lines come");
+}
+
+void CheckRemoval(const std::string& before, const Target& target) {
+  posix::ProfileText text(before);
+  const bool wasThere = text.contains(target.section, target.key);
+  text.removeKey(target.section, target.key);
+  const std::string after = text.bytes();
+  Check(wasThere || after == before, "what isn't there can be removed without a trace");
+  Check(!wasThere || after.size() < before.size(), "removing takes a line away");
+  Check(AllValues(posix::ProfileText(after)) == AllValues(text),
+        "the file says what the text in memory says");
+  if (IsWide(before)) return;
+  const Difference difference(before, after);
+  Check(difference.after.empty(), "removing adds nothing");
+  Check(LineEnds(difference.before) <= 2, "one line is removed");
+
+  posix::ProfileText whole(before);
+  whole.removeSection(target.section);
+  Check(AllValues(posix::ProfileText(whole.bytes())) == AllValues(whole),
+        "a file without the section says what the text in memory says");
+}
+
+void Run(std::string_view input) {
+  const unsigned choice = input.empty() ? 0 : static_cast<unsigned char>(input[0]);
+  const std::string before(input.substr(std::min<std::size_t>(1, input.size())));
+  const posix::ProfileText text(before);
+  Check(text.bytes() == before, "load and save gives the same bytes");
+  const Target target = Choose(text, choice);
+  CheckSet(before, target);
+  CheckRemoval(before, target);
+}
+
+}  // namespace
+}  // namespace torvane::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  static const torvane::fuzz::ScratchPrefix prefix;
+  torvane::fuzz::Run({reinterpret_cast<const char*>(data), size});
+  return 0;
+}
