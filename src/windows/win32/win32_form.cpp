@@ -125,7 +125,7 @@ void Win32Form::centre() {
   RECT work{};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
   const PixelRect screen{work.left, work.top, work.right - work.left, work.bottom - work.top};
-  setOuterBounds(Centred({0, 0, width, height}, screen));
+  Win32Form::setOuterBounds(Centred({0, 0, width, height}, screen));
 }
 
 /// A modal window stands over its owner, but not beyond the screen.

@@ -33,7 +33,7 @@ Win32Label::Win32Label(HWND form, Label& label, Win32Fonts& fonts)
                  .style = SS_NOTIFY | SS_NOPREFIX |
                           (label.WordWrap ? DWORD{SS_LEFT} : DWORD{SS_LEFTNOWORDWRAP})}),
       fonts_(fonts) {
-  update();
+  Win32Label::update();
 }
 
 void Win32Label::update() {
@@ -67,7 +67,7 @@ Win32Button::Win32Button(HWND form, Button& button, Win32Fonts& fonts)
           {.className = WC_BUTTONW,
            .style = WS_TABSTOP | (button.Default ? DWORD{BS_DEFPUSHBUTTON} : DWORD{BS_PUSHBUTTON}),
            .font = fonts.message()}) {
-  update();
+  Win32Button::update();
 }
 
 void Win32Button::update() {
@@ -86,7 +86,7 @@ Win32TextBox::Win32TextBox(HWND form, TextBox& box, Win32Fonts& fonts)
                  .font = fonts.fixedWidth()}) {
   const int margin = DesignPixels(6);
   SendMessageW(window(), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
-  update();
+  Win32TextBox::update();
 }
 
 void Win32TextBox::update() {
