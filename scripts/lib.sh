@@ -5,6 +5,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian keeps its own Python here; one found elsewhere on the PATH may lack what we test with.
 python=/usr/bin/python3
+export PYTHONDONTWRITEBYTECODE=1
 
 say() { printf '%s\n' "== $*"; }
 

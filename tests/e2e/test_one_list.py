@@ -49,6 +49,26 @@ class OneListOnLinux(OnLinux):
         for name, content in hives.items():
             self.assertEqual(self.read(prefix, name), content, name)
 
+    def test_refuses_while_wine_runs(self):
+        prefix = self.prefix()
+        put_lists_in(prefix)
+        prefix.end()
+        before = self.read(prefix, 'user.reg')
+        with self.torvane(prefix) as program:
+            program.choose('Text Editors', 'Notepad+')
+            prefix.run('wineserver', '-p600')
+            windows = program.screen.top_windows()
+            program.delete_missing(6)
+            program.display.wait(lambda: program.screen.top_windows() - windows, 'the refusal')
+            program.confirm()
+            self.assertEqual(self.read(prefix, 'user.reg'), before)
+            prefix.run('wineserver', '-k')
+            prefix.end()
+            program.choose('Text Editors', 'Notepad+')
+            program.delete_missing(6)
+        self.assertEqual(prefix.reg_query(KEY)['RecentFiles'], '4')
+        prefix.end()
+
     @staticmethod
     def read(prefix, name):
         with open(f'{prefix.folder}/{name}', 'rb') as file:
