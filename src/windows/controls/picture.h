@@ -21,7 +21,7 @@ struct DrawResourceIcon {
   PixelRect place;
 };
 
-/// Text in the box's font from its top left corner, in the window text colour.
+/// Text in the box's font from its top left corner, in the box's foreground colour.
 struct DrawCaption {
   float left = 0;
   float top = 0;

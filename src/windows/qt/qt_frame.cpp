@@ -25,6 +25,7 @@ int ShiftBits(Qt::KeyboardModifiers modifiers) {
 
 FrameWidget::FrameWidget(Frame& model, QWidget* parent) : QWidget(parent), model_(model) {
   setMouseTracking(true);
+  setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
 void FrameWidget::fire(const MouseEvent& target, int button, const QMouseEvent& event) const {

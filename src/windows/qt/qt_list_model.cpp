@@ -9,7 +9,7 @@ namespace {
 
 /// What a cell shows at most. Laying out a text of 32,000 characters takes as long as painting a
 /// screen of rows, and the native list cuts earlier.
-constexpr std::size_t kShownCharacters = 512;
+constexpr std::size_t kShownCharacters = 260;
 constexpr int kNoImage = -1;
 
 bool IsLineBreaking(QChar unit) {

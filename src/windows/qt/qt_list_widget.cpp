@@ -256,7 +256,7 @@ void ListWidget::contextMenuEvent(QContextMenuEvent* event) {
   QPoint point = viewport()->rect().center();
   if (current.isValid()) {
     scrollTo(current);
-    const QRect row = visualRect(current);
+    const QRect row = visualRect(current.siblingAtColumn(0));
     point = {std::max(row.left(), 0) + kIconSize / 2, row.center().y()};
   }
   rightClicked(viewport()->mapToGlobal(point));

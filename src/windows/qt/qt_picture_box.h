@@ -9,7 +9,9 @@ namespace torvane {
 class PictureBoxWidget : public QWidget {
  public:
   PictureBoxWidget(const PictureBox& model, QtPictures& pictures, QWidget* parent)
-      : QWidget(parent), model_(model), pictures_(pictures) {}
+      : QWidget(parent), model_(model), pictures_(pictures) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+  }
 
   QFont textFont() const;
 

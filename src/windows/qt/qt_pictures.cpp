@@ -110,7 +110,7 @@ class StepPainter {
   }
   void operator()(const DrawCaption& step) const {
     painter_.setFont(tools_.font);
-    painter_.setPen(ThemeColor(tools_.palette, SystemColor::WindowText));
+    painter_.setPen(ThemeColor(tools_.palette, tools_.fore));
     const qreal ascent = QFontMetricsF(tools_.font).ascent();
     painter_.drawText(QPointF(step.left, step.top + ascent), ToQString(step.text));
   }

@@ -1,0 +1,432 @@
+// What the Qt views do by themselves under keys and mouse: which node and rows are chosen, what the
+// program hears of it, what survives when rows go.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QImage>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTreeWidget>
+#include <QWindow>
+
+#include "platform/posix/write_back.h"
+#include "support/printing.h"
+#include "support/recording_toolkit.h"
+#include "support/scratch_world.h"
+#include "support/started_toolkit.h"
+#include "windows/controls/form.h"
+#include "windows/controls/list.h"
+#include "windows/controls/picture_box.h"
+#include "windows/controls/tree.h"
+#include "windows/qt/qt_write_back.h"
+
+namespace torvane {
+namespace {
+
+using testing::RecordingToolkit;
+
+constexpr UINT kReflectedNotify = 0x2000 + WM_NOTIFY;
+
+/// A form with one control of each kind that the user works with.
+class TestForm : public Form {
+ public:
+  TestForm() : Form(BorderStyle::Sizable) {
+    DesignWidth = 600;
+    DesignHeight = 400;
+    tree.Move({0, 0, 200, 300});
+    list.Move({204, 0, 390, 300});
+    bar.Move({200, 0, 4, 300});
+    box.Move({0, 310, 100, 40});
+    ok.Move({110, 310, 80, 30});
+    back.Move({200, 310, 80, 30});
+    ok.Default = true;
+    back.Cancel = true;
+  }
+
+  Tree tree{*this, u"Tree"};
+  List list{*this, u"List"};
+  Frame bar{*this, u"Bar"};
+  PictureBox box{*this, u"Box"};
+  Button ok{*this, u"Ok"};
+  Button back{*this, u"Back"};
+  TextBox text{*this, u"Text"};
+};
+
+class QtViewsTest : public testing::ScratchWorld {
+ protected:
+  QtViewsTest() { SetToolkit(&testing::StartedToolkit()); }
+  ~QtViewsTest() override {
+    form_.Unload();
+    CurrentToolkit().DoEvents();
+    SetToolkit(nullptr);
+  }
+
+  /// Shows the form; with `rows` rows in the list.
+  void Show(int rows = 0) {
+    form_.Show();
+    CurrentToolkit().DoEvents();
+    if (rows == 0) return;
+    SendMessageA(ListWindow(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
+                 LVS_EX_FULLROWSELECT);
+    form_.list.ColumnHeaders().Add(u"Name");
+    form_.list.ColumnHeaders().Add(u"Path");
+    for (int row = 1; row <= rows; ++row) {
+      form_.list.ListItems().Add(Decimal(row)).SubItems(1, u"C:\\folder");
+    }
+    for (WPARAM column = 0; column < 2; ++column) {
+      SendMessageA(ListWindow(), LVM_SETCOLUMNWIDTH, column, LVSCW_AUTOSIZE_USEHEADER);
+    }
+    CurrentToolkit().DoEvents();
+  }
+  HWND ListWindow() const { return form_.list.hWnd(); }
+
+  template <class Widget>
+  static Widget& Find(const char* name) {
+    for (QWidget* widget : QApplication::allWidgets()) {
+      auto* found = dynamic_cast<Widget*>(widget);
+      if (found && widget->isVisible() && widget->objectName() == name) return *found;
+    }
+    throw std::runtime_error(name);
+  }
+  static QTreeWidget& TreeWindow() { return Find<QTreeWidget>("Tree"); }
+  static QTreeView& Rows() { return Find<QTreeView>("List"); }
+
+  static void Mouse(QWidget& widget, QEvent::Type type, QPoint place, Qt::MouseButton button,
+                    Qt::KeyboardModifiers keys = Qt::NoModifier) {
+    const auto down = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
+    const auto own = type == QEvent::MouseMove ? Qt::NoButton : button;
+    QMouseEvent event(type, QPointF(place), QPointF(widget.mapToGlobal(place)), own, down, keys);
+    QCoreApplication::sendEvent(&widget, &event);
+  }
+  static void Click(QWidget& widget, QPoint place, Qt::MouseButton button = Qt::LeftButton,
+                    Qt::KeyboardModifiers keys = Qt::NoModifier) {
+    Mouse(widget, QEvent::MouseButtonPress, place, button, keys);
+    Mouse(widget, QEvent::MouseButtonRelease, place, button, keys);
+  }
+  static void Press(QObject& target, int key, const QString& text = {}) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QCoreApplication::sendEvent(&target, &event);
+  }
+  /// The middle of a row, from 1.
+  static QPoint RowPlace(int row) {
+    return Rows().visualRect(Rows().model()->index(row - 1, 1)).center();
+  }
+  std::string SelectedRows() const {
+    std::string rows;
+    for (int row = 1; row <= form_.list.ListItems().Count(); ++row) {
+      if (form_.list.ListItems()(row).Selected()) rows += std::to_string(row) + " ";
+    }
+    return rows;
+  }
+
+  TestForm form_;
+};
+
+TEST_F(QtViewsTest, NodesAreChosenByLeftClickAndKeysOnly) {
+  Node& first = form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"First", 0);
+  form_.tree.Nodes().Add(&first, NodeRelationship::Child, u"Child", 0);
+  form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Second", 0);
+  std::string told;
+  form_.tree.NodeClick = [&](Node& node) { told += ToAnsi(node.Text()) + " "; };
+  form_.tree.Expand = [&](Node&) { told += "+ "; };
+  form_.tree.Collapse = [&](Node&) { told += "- "; };
+  Show();
+  QTreeWidget& tree = TreeWindow();
+  const QRect place = tree.visualItemRect(tree.topLevelItem(0));
+  EXPECT_EQ(form_.tree.SelectedItem(), nullptr);
+
+  const auto expect = [&](const char* what, const char* events, TextView selected) {
+    EXPECT_EQ(told, events) << what;
+    EXPECT_EQ(form_.tree.SelectedItem()->Text(), selected) << what;
+    told.clear();
+  };
+  Click(*tree.viewport(), place.center());
+  expect("a click", "First ", u"First");
+  Click(*tree.viewport(), place.center(), Qt::LeftButton, Qt::ControlModifier);
+  expect("a click with Ctrl on the chosen node", "First ", u"First");
+  Click(*tree.viewport(), {place.left() - 10, place.center().y()});
+  expect("a click on the expander", "+ ", u"First");
+  Press(tree, Qt::Key_Down);
+  expect("Down", "Child ", u"Child");
+  Press(tree, Qt::Key_S, QStringLiteral("s"));
+  expect("a letter", "Second ", u"Second");
+  Click(*tree.viewport(), place.center(), Qt::RightButton);
+  expect("a right-click", "", u"Second");
+  Click(*tree.viewport(), {place.center().x(), tree.viewport()->height() - 5});
+  expect("a click beside the nodes", "", u"Second");
+  first.Expanded(false);
+  expect("collapsing by the program", "- ", u"Second");
+  form_.tree.SelectedItem(first);
+  expect("choosing by the program", "", u"First");
+}
+
+TEST_F(QtViewsTest, NodeClickedWhileAnotherIsAnsweredStaysUnchosen) {
+  form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"First", 0);
+  form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Second", 0);
+  int clicks = 0;
+  Show();
+  form_.tree.NodeClick = [&](Node&) {
+    ++clicks;
+    Press(TreeWindow(), Qt::Key_Down);
+  };
+  Click(*TreeWindow().viewport(),
+        TreeWindow().visualItemRect(TreeWindow().topLevelItem(0)).center());
+  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(form_.tree.SelectedItem()->Text(), u"First");
+}
+
+/// Counts the right-clicks that reach the list's window, and where the mouse was then.
+struct RightClicks {
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == kReflectedNotify && reinterpret_cast<NMHDR*>(lParam)->code == NM_RCLICK) {
+      LVHITTESTINFO hit{};
+      GetCursorPos(&hit.pt);
+      ScreenToClient(window, &hit.pt);
+      SendMessageA(window, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+      hitRow = hit.iItem;
+      ++count;
+      return 1;
+    }
+    return CallWindowProcA(old, window, message, wParam, lParam);
+  }
+  static inline WNDPROC old = nullptr;
+  static inline int count = 0;
+  static inline int hitRow = -1;
+};
+
+TEST_F(QtViewsTest, RightClickSelectsAsTheNativeListDoesAndIsTold) {
+  Show(6);
+  RightClicks::count = 0;
+  RightClicks::old = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(
+      ListWindow(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&RightClicks::Procedure)));
+  QWidget& view = *Rows().viewport();
+  const QPoint beside(20, view.height() - 5);
+  const struct {
+    const char* what;
+    QPoint place;
+    Qt::MouseButton button;
+    Qt::KeyboardModifiers keys;
+    const char* selected;
+    int rightClicks;
+  } steps[] = {
+      {"a click", RowPlace(2), Qt::LeftButton, Qt::NoModifier, "2 ", 0},
+      {"Shift extends", RowPlace(4), Qt::LeftButton, Qt::ShiftModifier, "2 3 4 ", 0},
+      {"Ctrl toggles", RowPlace(3), Qt::LeftButton, Qt::ControlModifier, "2 4 ", 0},
+      {"on a selected row", RowPlace(4), Qt::RightButton, Qt::NoModifier, "2 4 ", 1},
+      {"on another row", RowPlace(6), Qt::RightButton, Qt::NoModifier, "6 ", 2},
+      {"beside the rows", beside, Qt::RightButton, Qt::NoModifier, "", 3},
+  };
+  for (const auto& step : steps) {
+    Click(view, step.place, step.button, step.keys);
+    EXPECT_EQ(SelectedRows(), step.selected) << step.what;
+    EXPECT_EQ(RightClicks::count, step.rightClicks) << step.what;
+    EXPECT_EQ(SendMessageA(ListWindow(), LVM_GETSELECTEDCOUNT, 0, 0),
+              std::string(step.selected).size() / 2)
+        << step.what;
+  }
+
+  Click(view, RowPlace(5));
+  QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {0, 0}, {0, 0});
+  QCoreApplication::sendEvent(&Rows(), &menuKey);
+  EXPECT_EQ(RightClicks::count, 4);
+  EXPECT_EQ(RightClicks::hitRow, 4) << "the menu key stands for the row with the focus";
+}
+
+TEST_F(QtViewsTest, HitTestTellsRowsFromTheRoomBesideThem) {
+  Show(3);
+  const auto hit = [this](QPoint inView) {
+    LVHITTESTINFO info{};
+    const QPoint place = Rows().viewport()->mapTo(&Rows(), inView);
+    info.pt = {place.x(), place.y()};
+    SendMessageA(ListWindow(), LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&info));
+    return std::pair(info.iItem, info.flags);
+  };
+  const UINT nowhere = 1;
+  EXPECT_EQ(hit({RowPlace(2).x(), RowPlace(2).y()}), std::pair(1, LVHT_ONITEMLABEL));
+  EXPECT_EQ(hit({Rows().viewport()->width() - 2, RowPlace(3).y()}), std::pair(2, LVHT_ONITEMLABEL));
+  EXPECT_EQ(hit({5, Rows().viewport()->height() - 2}), std::pair(-1, nowhere));
+  EXPECT_EQ(hit({5, -5}), std::pair(-1, nowhere)) << "the heading";
+  SendMessageA(ListWindow(), LVM_SETIMAGELIST, LVSIL_SMALL, 1);
+  EXPECT_EQ(hit({5, RowPlace(1).y()}), std::pair(0, LVHT_ONITEMICON));
+  SendMessageA(ListWindow(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, 0);
+  EXPECT_EQ(hit(RowPlace(2)), std::pair(-1, nowhere)) << "only the first column";
+}
+
+TEST_F(QtViewsTest, RemovalLeavesTheOthersAsTheyWere) {
+  Show(1000);
+  SendMessageA(ListWindow(), LVM_SETIMAGELIST, LVSIL_SMALL, 1);
+  LVITEMA item{};
+  item.mask = LVIF_IMAGE;
+  item.iItem = 500;  // row 501
+  EXPECT_EQ(SendMessageA(ListWindow(), LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item)), TRUE);
+  for (const int row : {3, 501, 700}) form_.list.ListItems()(row).Selected(true);
+  CurrentToolkit().DoEvents();
+  const auto decorated = [](int row) {
+    return Rows().model()->index(row - 1, 0).data(Qt::DecorationRole).isValid();
+  };
+  const auto topText = [] { return Rows().indexAt({5, 1}).siblingAtColumn(0).data().toString(); };
+  Rows().scrollTo(Rows().model()->index(400, 0), QAbstractItemView::PositionAtTop);
+  EXPECT_EQ(topText(), "401");
+  EXPECT_TRUE(decorated(501));
+
+  EXPECT_EQ(
+      form_.list.ListItems().RemoveWhere([](const ListItem& row) { return row.Index() % 2 == 0; }),
+      500);
+  EXPECT_EQ(topText(), "401");
+  EXPECT_EQ(SelectedRows(), "2 251 ");
+  EXPECT_TRUE(Rows().selectionModel()->isRowSelected(250));
+  EXPECT_EQ(SendMessageA(ListWindow(), LVM_GETSELECTEDCOUNT, 0, 0), 2);
+  EXPECT_TRUE(decorated(251));
+  EXPECT_FALSE(decorated(501));
+  EXPECT_EQ(Rows().model()->rowCount(), 500);
+
+  form_.list.ListItems().Clear();
+  form_.list.ListItems().Add(u"new");
+  CurrentToolkit().DoEvents();
+  EXPECT_EQ(SelectedRows(), "");
+  EXPECT_FALSE(decorated(1)) << "a new row doesn't get an old row's image";
+}
+
+TEST_F(QtViewsTest, ColumnsFitTheWidestTextHoweverManyThereAre) {
+  Show(20000);
+  QHeaderView& header = *Rows().header();
+  EXPECT_EQ(header.length(), Rows().viewport()->width()) << "the last column takes the rest";
+  const int narrow = header.sectionSize(0);
+  form_.list.ListItems()(12345).SubItems(1, Text(32000, u'm'));
+  form_.list.ListItems().Add(u"a text far wider than the others");
+  for (WPARAM column = 0; column < 2; ++column) {
+    SendMessageA(ListWindow(), LVM_SETCOLUMNWIDTH, column, LVSCW_AUTOSIZE_USEHEADER);
+  }
+  const auto needs = [](const QString& text) {
+    return Rows().fontMetrics().horizontalAdvance(text);
+  };
+  EXPECT_GT(header.sectionSize(0), narrow);
+  EXPECT_GE(header.sectionSize(0), needs("a text far wider than the others"));
+  EXPECT_GE(header.sectionSize(1), needs(QString(200, 'm')));
+  EXPECT_LT(header.sectionSize(1), needs(QString(1000, 'm'))) << "nobody reads 32,000 characters";
+}
+
+TEST_F(QtViewsTest, FrameKeepsTheMouseWhileItIsHiddenAndShown) {
+  Show();
+  std::vector<float> moves;
+  form_.bar.MouseMove = [&](int, int, float x, float) { moves.push_back(x); };
+  QWidget& bar = Find<QWidget>("Bar");
+  Mouse(bar, QEvent::MouseButtonPress, {1, 50}, Qt::LeftButton);
+  form_.bar.Visible(false);
+  EXPECT_TRUE(bar.isVisible()) << "hiding it would let the mouse go";
+  Mouse(bar, QEvent::MouseMove, {31, 50}, Qt::LeftButton);
+  EXPECT_EQ(moves, std::vector<float>{31 * 15});
+  Mouse(bar, QEvent::MouseButtonRelease, {31, 50}, Qt::LeftButton);
+  EXPECT_FALSE(bar.isVisible());
+}
+
+TEST_F(QtViewsTest, KeysReachTheFormFirstAndItsButtonsLast) {
+  std::string told;
+  form_.ok.Click = [&] { told += "ok "; };
+  form_.back.Click = [&] { told += "back "; };
+  form_.KeyPreview = true;
+  form_.KeyPress = [&](int& key) {
+    told += std::to_string(key) + " ";
+    if (key == 'x') key = 0;
+  };
+  Show();
+  QWidget& tree = TreeWindow();
+  tree.window()->activateWindow();
+  tree.setFocus();
+  QObject& window = *tree.window()->windowHandle();
+  Press(window, Qt::Key_Return, QStringLiteral("\r"));
+  Press(window, Qt::Key_Escape, QStringLiteral("\x1b"));
+  Press(window, Qt::Key_X, QStringLiteral("x"));
+  Press(window, Qt::Key_Left);
+  EXPECT_EQ(told, "13 ok 27 back 120 ");
+}
+
+TEST_F(QtViewsTest, ViewsMayGoAndErrorsMayRiseWhileTheirHandlersRun) {
+  form_.ok.Click = [&] { form_.Unload(); };
+  form_.back.Click = [] { throw std::runtime_error("no way back"); };
+  Show();
+  {
+    RecordingToolkit recorder(&CurrentToolkit());
+    Find<QPushButton>("Back").click();
+    EXPECT_EQ(recorder.errors, std::vector<Text>{u"no way back"});
+  }
+  Find<QPushButton>("Ok").click();
+  EXPECT_FALSE(form_.Loaded());
+  CurrentToolkit().DoEvents();
+}
+
+TEST_F(QtViewsTest, BarOverATextTurnsTheTextIntoTheGround) {
+  form_.box.BackColor = SystemColor::WindowBackground;
+  form_.box.ForeColor = SystemColor::Highlight;
+  form_.box.Mode = DrawMode::NotXorPen;
+  Show();
+  QWidget& box = Find<QWidget>("Box");
+  const QColor back = box.palette().color(QPalette::Base);
+  const QColor fore = box.palette().color(QPalette::Highlight);
+  form_.box.FillBox(0, 0, 60, 40);
+  form_.box.FillBox(30, 0, 60, 40);
+  const QImage image = box.grab().toImage();
+  EXPECT_EQ(image.pixelColor(10, 20), fore);
+  EXPECT_EQ(image.pixelColor(45, 20), back) << "drawn over twice";
+  EXPECT_EQ(image.pixelColor(80, 20), back);
+}
+
+/// A file of the Windows world on a disk that is full until further notice.
+class FullDisk : public posix::ChangedFile {
+ public:
+  ~FullDisk() override { posix::UnmarkChanged(*this); }
+  void writeBack() override {
+    ++tries;
+    if (full) throw std::system_error(std::make_error_code(std::errc::no_space_on_device));
+  }
+  std::string hostPath() const override { return "/prefix/user.reg"; }
+  bool full = true;
+  int tries = 0;
+};
+
+TEST_F(QtViewsTest, FailedWriteIsToldOnceAnOrderAndTriedAgain) {
+  RecordingToolkit recorder(&CurrentToolkit());
+  torvane::WriteBack writeBack;  // not the world's
+  FullDisk file;
+  posix::MarkChanged(file);
+  const auto idle = [&] {
+    writeBack.idle();
+    QCoreApplication::processEvents();
+  };
+  const auto command = [] { RunCommand([] {}); };
+  const struct {
+    const char* what;
+    bool runs;
+    bool orders;
+    int tries;
+    std::size_t boxes;
+  } steps[] = {
+      {"a command", true, false, 1, 1},
+      {"idle again", false, false, 1, 1},
+      {"another click", true, false, 2, 1},
+      {"another order", true, true, 3, 2},
+  };
+  for (const auto& step : steps) {
+    if (step.orders) writeBack.newOrder();
+    if (step.runs) command();
+    idle();
+    EXPECT_EQ(file.tries, step.tries) << step.what;
+    EXPECT_EQ(recorder.messages.size(), step.boxes) << step.what;
+  }
+  EXPECT_TRUE(recorder.messages[0].text.starts_with(u"/prefix/user.reg can't be written: "));
+  writeBack.finish();
+  EXPECT_EQ(recorder.messages.size(), 3U) << "the last word";
+  file.full = false;
+  command();
+  idle();
+  EXPECT_EQ(file.tries, 5);
+  EXPECT_EQ(recorder.messages.size(), 3U);
+  EXPECT_TRUE(posix::WriteBackChanges().empty());
+}
+
+}  // namespace
+}  // namespace torvane
