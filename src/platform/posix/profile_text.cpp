@@ -275,7 +275,12 @@ void ProfileText::changeLine(Line& line, std::u16string_view value) {
   // The bytes up to the value stay as they are. An '=' is no part of a character in any code page.
   const std::string_view lineEnd = lineEndOf(line.bytes);
   std::string_view front = line.bytes.substr(0, line.bytes.size() - lineEnd.size());
-  const std::u16string text = decode(front);
+  std::u16string text = decode(front);
+  // A reader sees nothing behind a NUL, which is no part of another character either.
+  if (const std::size_t nul = text.find(u'\0'); nul != std::u16string::npos) {
+    text.resize(nul);
+    front = front.substr(0, markSize_ != 0 ? 2 * nul : front.find('\0'));
+  }
   const std::size_t equals = text.find(u'=');
   std::string bytes;
   if (equals == std::u16string::npos) {
