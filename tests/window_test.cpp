@@ -5,6 +5,7 @@
 
 #include "spine/basMain.h"
 #include "spine/frmMain.h"
+#include "support/held.h"
 #include "support/printing.h"
 #include "support/recording_toolkit.h"
 #include "support/scratch_world.h"
@@ -300,6 +301,28 @@ TEST_F(WindowTest, ProgressDrawsTheBarOverItsText) {
   EXPECT_TRUE(readme.Text1.Text().starts_with(u"Version: 1.3.122\r\n\r\n\r\nWhat's New:\r\n"));
   EXPECT_EQ(readme.Caption(), u"Torvane Readme");
   readme.Unload();
+}
+
+TEST_F(WindowTest, AThousandSelectionsAndRewritesHoldNothing) {
+  Start();
+  MakeKey(kNero, {{"File1", "C:\\one.nrg"}, {"File2", "C:\\two.nrg"}});
+  const auto selectAndRewrite = [this](int times) {
+    for (int n = 0; n < times; ++n) {
+      Choose(u"Nero-Burning Rom");
+      form_->edit.mnuEditSelected.Click();
+      CurrentToolkit().DoEvents();
+      if (n % 10 == 9) WriteBack();
+    }
+  };
+  // What is kept on purpose, pictures say, is there after the first ones.
+  selectAndRewrite(100);
+  const testing::Held before = testing::HeldNow();
+  selectAndRewrite(1000);
+  const testing::Held after = testing::HeldNow();
+  EXPECT_EQ(form_->lvwMRU.ListItems().Count(), 2);
+  EXPECT_LE(after.handles, before.handles);
+  EXPECT_LE(after.objects, before.objects + 2);
+  EXPECT_LT(after.bytes, before.bytes + 50'000) << "less than 50 bytes a time";
 }
 
 }  // namespace

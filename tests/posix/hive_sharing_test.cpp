@@ -220,33 +220,6 @@ TEST_F(HiveSharingTest, OutsideChangesAreSeen) {
   EXPECT_EQ(RegCloseKey(open), ERROR_INVALID_HANDLE);
 }
 
-TEST_F(HiveSharingTest, FourProcessesLoseNothing) {
-  constexpr int kProcesses = 4;
-  constexpr int kRounds = 40;
-  std::vector<pid_t> children;
-  for (int process = 0; process < kProcesses; ++process) {
-    children.push_back(fork());
-    if (children.back() != 0) continue;
-    bool isFine = true;
-    const std::string own = "P" + std::to_string(process);
-    for (int round = 0; round < kRounds; ++round) {
-      isFine = isFine && Set("Shared", own + "-" + std::to_string(round), own) == ERROR_SUCCESS &&
-               Set(own, "round", std::to_string(round)) == ERROR_SUCCESS &&
-               posix::WriteBackChanges().empty();
-    }
-    _exit(isFine ? 0 : 1);
-  }
-  for (const pid_t child : children) {
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-  }
-  EXPECT_EQ(Texts("Shared").size(), std::size_t{kProcesses} * kRounds);
-  for (int process = 0; process < kProcesses; ++process)
-    EXPECT_EQ(Get("P" + std::to_string(process), "round"), std::to_string(kRounds - 1) + '\0');
-  EXPECT_TRUE(posix::HiveProblems().empty());
-}
-
 TEST_F(HiveSharingTest, FullDiskLeavesTheOldFileAndIsTriedAgain) {
   ASSERT_EQ(SetBytes("K", "big", REG_BINARY, std::string(60000, 'x')), ERROR_SUCCESS);
   std::signal(SIGXFSZ, SIG_IGN);

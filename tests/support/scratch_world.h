@@ -47,12 +47,11 @@ class ScratchWorld : public ::testing::Test {
   static std::map<std::string, std::string> Values(const std::string& path);
   /// Name and text of every value, closing NUL taken off.
   static std::map<std::string, std::string> Texts(const std::string& path);
-
- private:
-  void RemoveKey(const std::string& path);
   /// Lets the platform write what it holds back.
   static void WriteBack();
 
+ private:
+  void RemoveKey(const std::string& path);
   std::string folder_;
   std::filesystem::path hostRoot_;  ///< the host's folder of drive C:
   std::filesystem::path scratch_;   ///< removed at the end

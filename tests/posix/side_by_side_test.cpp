@@ -1,0 +1,157 @@
+// Several programs change one file at the same time, a thousand commands in all, and every change
+// is there in the end: for a hive and for a profile file.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <thread>
+#include <vector>
+
+#include "posix/hive_world.h"
+
+namespace torvane::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr int kProcesses = 4;
+constexpr int kCommands = 250;
+constexpr int kForeignRewrites = 100;
+
+/// In memory where the host has a folder there: what must be on the disk is told by other tests.
+class SideBySideTest : public HiveWorld {
+ protected:
+  static void SetUpTestSuite() {
+    if (fs::is_directory("/dev/shm")) setenv("TMPDIR", "/dev/shm", 1);
+  }
+  static void TearDownTestSuite() { unsetenv("TMPDIR"); }
+
+  /// Runs the bodies in processes of their own; each must give true.
+  static void RunAll(const std::vector<std::function<bool()>>& bodies) {
+    std::vector<pid_t> children;
+    for (const auto& body : bodies) {
+      children.push_back(fork());
+      if (children.back() == 0) _exit(body() ? 0 : 1);
+    }
+    for (const pid_t child : children) {
+      int status = -1;
+      waitpid(child, &status, 0);
+      EXPECT_EQ(status, 0);
+    }
+  }
+  /// A command and its writing back, again as long as someone else has the file.
+  static bool Persist(const std::function<bool()>& command) {
+    for (int attempt = 0; attempt < 5000; ++attempt, std::this_thread::sleep_for(1ms)) {
+      if (!command()) continue;
+      while (!posix::WriteBackChanges().empty()) std::this_thread::sleep_for(1ms);
+      return true;
+    }
+    return false;
+  }
+  static std::string Name(int process) { return "P" + std::to_string(process); }
+};
+
+/// The lock that Wine's server of this prefix holds while the registry is in its memory.
+fs::path ServerLockFile(const fs::path& prefix) {
+  struct stat status {};
+  EXPECT_EQ(stat(prefix.c_str(), &status), 0);
+  std::array<char, 64> name{};
+  std::snprintf(name.data(), name.size(), "server-%lx-%lx",
+                static_cast<unsigned long>(status.st_dev),
+                static_cast<unsigned long>(status.st_ino));
+  fs::create_directories(prefix / "run/wine" / name.data());
+  return prefix / "run/wine" / name.data() / "lock";
+}
+
+TEST_F(SideBySideTest, FourProcessesAndWineLoseNoChangeOfAHive) {
+  setenv("XDG_RUNTIME_DIR", (Prefix() / "run").c_str(), 1);
+  const fs::path lockFile = ServerLockFile(Prefix());
+  Write(lockFile, "");
+  std::vector<std::function<bool()>> bodies;
+  for (int process = 0; process < kProcesses; ++process) {
+    bodies.emplace_back([process] {
+      for (int n = 0; n < kCommands; ++n) {
+        const auto set = [&] {
+          return Set(Name(process), std::to_string(n), "x") == ERROR_SUCCESS;
+        };
+        if (!Persist(set)) return false;
+      }
+      return true;
+    });
+  }
+  // Wine's server takes its lock, reads, and at its end writes a new file and renames it.
+  bodies.emplace_back([&lockFile] {
+    for (int n = 0; n < kForeignRewrites; ++n) {
+      const int lock = open(lockFile.c_str(), O_RDWR);
+      struct flock range {};
+      range.l_type = F_WRLCK;
+      range.l_len = 1;
+      if (fcntl(lock, F_SETLKW, &range) != 0) return false;
+      Replace(UserHive(),
+              Read(UserHive()) + "\n[Wine\\\\" + std::to_string(n) + "] 1\n\"w\"=\"x\"\n");
+      close(lock);
+      std::this_thread::sleep_for(2ms);
+    }
+    return true;
+  });
+  RunAll(bodies);
+  unsetenv("XDG_RUNTIME_DIR");
+  posix::ForgetWorld();
+  EXPECT_TRUE(posix::HiveProblems().empty());
+  for (int process = 0; process < kProcesses; ++process)
+    EXPECT_EQ(Texts(Name(process)).size(), std::size_t{kCommands}) << process;
+  for (int n = 0; n < kForeignRewrites; ++n)
+    EXPECT_EQ(Get("Wine\\" + std::to_string(n), "w"), "x\0"s) << n;
+}
+
+TEST_F(SideBySideTest, FourProcessesAndARewriterLoseNoChangeOfAProfileFile) {
+  const std::string path = MakeFile("shared.ini", "; kept\r\n[Foreign]\r\n");
+  std::vector<std::function<bool()>> bodies;
+  for (int process = 0; process < kProcesses; ++process) {
+    bodies.emplace_back([process, &path] {
+      for (int n = 0; n < kCommands; ++n) {
+        const auto set = [&] {
+          return WritePrivateProfileStringA(Name(process).c_str(), std::to_string(n).c_str(), "x",
+                                            path.c_str()) == TRUE;
+        };
+        if (!Persist(set)) return false;
+      }
+      return true;
+    });
+  }
+  // A program that replaces the whole file, and like us has its folder locked as it does so.
+  bodies.emplace_back([file = Host(path)] {
+    for (int n = 0; n < kForeignRewrites; ++n) {
+      const int folder = open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY);
+      if (flock(folder, LOCK_EX) != 0) return false;
+      std::string bytes = Read(file);
+      const std::string header = "[Foreign]\r\n";
+      bytes.insert(bytes.find(header) + header.size(), std::to_string(n) + "=x\r\n");
+      Replace(file, bytes);
+      close(folder);
+      std::this_thread::sleep_for(2ms);
+    }
+    return true;
+  });
+  RunAll(bodies);
+  posix::ForgetWorld();
+  std::string value(8, '\0');
+  const auto isThere = [&](const std::string& section, int n) {
+    return GetPrivateProfileStringA(section.c_str(), std::to_string(n).c_str(), "", value.data(), 8,
+                                    path.c_str()) == 1;
+  };
+  for (int process = 0; process < kProcesses; ++process)
+    for (int n = 0; n < kCommands; ++n) EXPECT_TRUE(isThere(Name(process), n)) << process << n;
+  for (int n = 0; n < kForeignRewrites; ++n) EXPECT_TRUE(isThere("Foreign", n)) << n;
+  EXPECT_TRUE(FileBytes(path).starts_with("; kept\r\n"));
+}
+
+}  // namespace
+}  // namespace torvane::testing
