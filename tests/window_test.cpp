@@ -6,9 +6,11 @@
 #include "spine/basMain.h"
 #include "spine/frmMain.h"
 #include "support/held.h"
+#include "support/pointer.h"
 #include "support/printing.h"
 #include "support/recording_toolkit.h"
 #include "support/scratch_world.h"
+#include "support/started_toolkit.h"
 #include "windows/frmReadme.h"
 #include "windows/frmSplash.h"
 #include "windows/mWndProc.h"
@@ -18,29 +20,7 @@ namespace {
 
 using testing::RecordingToolkit;
 using testing::ShownPopup;
-
-std::unique_ptr<Toolkit>& PlatformToolkit() {
-  static std::unique_ptr<Toolkit> toolkit;
-  return toolkit;
-}
-
-// The toolkit must be gone before the program's statics go.
-class ToolkitEnvironment : public ::testing::Environment {
- public:
-  void TearDown() override { PlatformToolkit().reset(); }
-};
-const auto* const kEnvironment =
-    ::testing::AddGlobalTestEnvironment(std::make_unique<ToolkitEnvironment>().release());
-
-Toolkit& StartedToolkit() {
-  if (PlatformToolkit()) return *PlatformToolkit();
-  static int argc = 1;
-  static char name[] = "torvane";
-  static char* argv[] = {name, nullptr};
-  PlatformToolkit() = MakePlatformToolkit(argc, argv);
-  EXPECT_TRUE(PlatformToolkit()->Start());
-  return *PlatformToolkit();
-}
+using testing::StartedToolkit;
 
 class WindowTest : public testing::ScratchWorld {
  protected:
@@ -76,6 +56,9 @@ class WindowTest : public testing::ScratchWorld {
   }
   /// The popup that a right-click beside the rows brings.
   std::vector<ShownPopup> RightClick() {
+    POINT corner{form_->lvwMRU.Width() - 30, form_->lvwMRU.Height() - 30};
+    ClientToScreen(form_->lvwMRU.hWnd(), &corner);
+    testing::PlacePointer(corner.x, corner.y);
     RecordingToolkit recorder(&CurrentToolkit());
     NMHDR header{form_->lvwMRU.hWnd(), 0, static_cast<UINT>(NM_RCLICK)};
     EXPECT_EQ(
