@@ -52,6 +52,8 @@ ListWidget::ListWidget(const List& list, QtPictures& pictures, QWidget* parent)
   header()->setSectionsClickable(false);
   header()->setSectionsMovable(false);
   header()->setHighlightSections(false);
+  catchUpTimer_.setSingleShot(true);
+  connect(&catchUpTimer_, &QTimer::timeout, this, &ListWidget::catchUp);
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this](const QItemSelection& now, const QItemSelection& before) {
             if (applying_) return;
@@ -66,14 +68,11 @@ ListWidget::ListWidget(const List& list, QtPictures& pictures, QWidget* parent)
 }
 
 void ListWidget::catchUpLater() {
-  if (catchUpQueued_) return;
-  catchUpQueued_ = true;
-  QMetaObject::invokeMethod(
-      this, [this] { catchUp(); }, Qt::QueuedConnection);
+  if (!catchUpTimer_.isActive()) catchUpTimer_.start();
 }
 
 void ListWidget::catchUp() {
-  catchUpQueued_ = false;
+  catchUpTimer_.stop();
   model_.admitRows();
   if (selectionWaits_) applySelection();
 }
@@ -102,7 +101,7 @@ int ListWidget::currentRow() const {
 
 void ListWidget::noteSelection(const QItemSelection& selection, bool selected) {
   for (const QItemSelectionRange& range : selection) {
-    const auto end = static_cast<std::size_t>(range.bottom() + 1);
+    const auto end = static_cast<std::size_t>(range.bottom()) + 1;
     if (end > selected_.size()) selected_.resize(end);
     for (auto row = static_cast<std::size_t>(range.top()); row < end; ++row) {
       selected_[row] = selected;

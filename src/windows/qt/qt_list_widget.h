@@ -1,6 +1,7 @@
 // The widget of the list: a report of rows, several of them selectable.
 #pragma once
 
+#include <QTimer>
 #include <QTreeView>
 #include <functional>
 #include <optional>
@@ -61,7 +62,7 @@ class ListWidget : public QTreeView {
 
   QtListModel model_;
   std::vector<bool> selected_;
-  bool catchUpQueued_ = false;
+  QTimer catchUpTimer_;
   bool selectionWaits_ = false;
   bool applying_ = false;  ///< what goes to Qt's selection doesn't come back from it
   bool rightPressed_ = false;

@@ -12,6 +12,7 @@
 #include <QMimeDatabase>
 #include <QStyle>
 #include <QtEndian>
+#include <algorithm>
 
 #include "platform/posix/resources.h"
 #include "platform/posix/shell_icons.h"
@@ -22,6 +23,9 @@ namespace {
 
 constexpr int kSmallIcon = 16;
 constexpr int kHandCursor = 101;
+constexpr qint64 kLargestIconFile = 4 << 20;
+constexpr int kMostPictures = 64;
+constexpr int kLargestPicture = 1024;
 /// Screens of up to three pixels a unit get pictures of their own.
 constexpr int kScales = 3;
 
@@ -50,7 +54,7 @@ QIcon FileTypeIcon(const Text& extension) {
 QIcon IconFile(const std::filesystem::path& path) {
   QFile file(QFile::decodeName(path.c_str()));
   if (!file.open(QIODevice::ReadOnly)) return {};
-  return IconFromBytes(file.readAll());
+  return IconFromBytes(file.read(kLargestIconFile));
 }
 
 QIcon MakeShellIcon(int number) {
@@ -66,7 +70,7 @@ QIcon MakeShellIcon(int number) {
     case Kind::FileType:
       return FileTypeIcon(description.extension);
     case Kind::IconFile:
-      if (const QIcon icon = IconFile(description.file); !icon.isNull()) return icon;
+      if (QIcon icon = IconFile(description.file); !icon.isNull()) return icon;
       break;
     case Kind::Unknown:
       break;
@@ -162,11 +166,13 @@ QIcon IconFromBytes(const QByteArray& bytes) {
   buffer.open(QIODevice::ReadOnly);
   QImageReader reader(&buffer, "ico");
   QIcon icon;
-  const int count = reader.imageCount();
+  // A file may name the same bytes thousands of times, and hold a picture of any size.
+  const int count = std::min(reader.imageCount(), kMostPictures);
   for (int index = 0; index < count; ++index) {
     if (!reader.jumpToImage(index)) break;
     const QImage image = reader.read();
-    if (!image.isNull()) AddPicture(icon, QPixmap::fromImage(image));
+    if (image.isNull() || std::max(image.width(), image.height()) > kLargestPicture) continue;
+    AddPicture(icon, QPixmap::fromImage(image));
   }
   return icon;
 }

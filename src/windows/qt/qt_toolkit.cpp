@@ -78,7 +78,7 @@ QtToolkit::QtToolkit(int& argumentCount, char** arguments)
 
 QtToolkit::~QtToolkit() {
   posix::SetDesktop(nullptr);
-  for (Form* form : std::vector<Form*>(shown_)) DropViews(*form);
+  for (Form* form : std::vector<Form*>(shown_)) QtToolkit::DropViews(*form);
   if (application_) QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 

@@ -1,6 +1,5 @@
 #include "windows/qt/qt_write_back.h"
 
-#include <QTimer>
 #include <algorithm>
 
 #include "platform/posix/code_page.h"
@@ -46,25 +45,27 @@ WriteBack::Paragraphs WriteBack::write() {
   return paragraphs;
 }
 
+WriteBack::WriteBack() {
+  teller_.setSingleShot(true);
+  QObject::connect(&teller_, &QTimer::timeout, &teller_, [this] {
+    Tell(toTell_, kKept);
+    toTell_.clear();
+  });
+}
+
 void WriteBack::idle() {
-  if (!commandRan || telling_) return;
+  if (!commandRan || !toTell_.empty()) return;
   commandRan = false;
   Deliver([this] { writeAndTell(); });
 }
 
 void WriteBack::writeAndTell() {
   const Paragraphs failures = write();
-  Paragraphs fresh;
-  std::copy_if(failures.begin(), failures.end(), std::back_inserter(fresh),
+  std::copy_if(failures.begin(), failures.end(), std::back_inserter(toTell_),
                [this](const std::string& failure) { return !std::ranges::count(told_, failure); });
   told_ = failures;
-  if (fresh.empty()) return;
-  telling_ = true;
   // The loop is in the middle of going to sleep; a box runs a loop of its own.
-  QTimer::singleShot(0, [this, fresh] {
-    Tell(fresh, kKept);
-    telling_ = false;
-  });
+  if (!toTell_.empty()) teller_.start();
 }
 
 void WriteBack::finish() {

@@ -2,6 +2,7 @@
 // user learns that a file couldn't be written.
 #pragma once
 
+#include <QTimer>
 #include <functional>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@ void RunCommand(const std::function<void()>& handler);
 /// or the reason is another.
 class WriteBack {
  public:
+  WriteBack();
   /// The loop is about to wait for events.
   void idle();
   /// The user has chosen a menu item.
@@ -30,7 +32,8 @@ class WriteBack {
   void writeAndTell();
 
   Paragraphs told_;
-  bool telling_ = false;
+  Paragraphs toTell_;  ///< until its boxes have been closed
+  QTimer teller_;
 };
 
 }  // namespace torvane
