@@ -9,6 +9,7 @@
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRubberBand>
 #include <QScrollBar>
 #include <QTreeWidget>
 #include <QWindow>
@@ -322,6 +323,26 @@ TEST_F(QtViewsTest, FrameKeepsTheMouseWhileItIsHiddenAndShown) {
   EXPECT_EQ(moves, std::vector<float>{31 * 15});
   Mouse(bar, QEvent::MouseButtonRelease, {31, 50}, Qt::LeftButton);
   EXPECT_FALSE(bar.isVisible());
+}
+
+TEST_F(QtViewsTest, InvertingTwiceShowsAndTakesAwayAGhostBar) {
+  Show();
+  POINT corner{50, 60};
+  ClientToScreen(form_.hWnd(), &corner);
+  const HDC screen = GetDC(nullptr);
+  const auto bars = [] {
+    std::vector<QRect> places;
+    for (const QWidget* widget : QApplication::allWidgets()) {
+      const bool isBar = dynamic_cast<const QRubberBand*>(widget) && widget->isVisible();
+      if (isBar) places.emplace_back(widget->mapToGlobal(QPoint()), widget->size());
+    }
+    return places;
+  };
+  PatBlt(screen, corner.x, corner.y, 4, 100, DSTINVERT);
+  EXPECT_EQ(bars(), std::vector<QRect>{QRect(corner.x, corner.y, 4, 100)});
+  PatBlt(screen, corner.x, corner.y, 4, 100, DSTINVERT);
+  EXPECT_TRUE(bars().empty());
+  ReleaseDC(nullptr, screen);
 }
 
 TEST_F(QtViewsTest, KeysReachTheFormFirstAndItsButtonsLast) {

@@ -8,8 +8,6 @@
 namespace torvane {
 namespace {
 
-constexpr int kApplicationIcon = 101;
-
 /// Where Windows keeps a minimized window: far off the screen and small. The rules for the saved
 /// size and place count on it.
 constexpr PixelRect kMinimized{-32000, -32000, 160, 31};
@@ -21,7 +19,6 @@ QtForm::QtForm(Form& form, QtPictures& pictures, std::function<void()> gone)
       gone_(std::move(gone)),
       window_(&MakeChild<FormWindow>(form)),
       record_(window_->client()) {
-  window_->setWindowIcon(pictures.resourceIcon(kApplicationIcon));
   QtForm::setCaption(form.Caption());
   const QSize design(form.DesignWidth, form.DesignHeight);
   window_->setClientSize(design);

@@ -25,6 +25,7 @@
 namespace torvane {
 namespace {
 
+constexpr int kApplicationIcon = 101;
 /// Qt's pixels are 1/96 inch whatever the scale of the screen.
 constexpr int kTwipsPerPixel = 15;
 
@@ -92,6 +93,7 @@ bool QtToolkit::Start() {
   QApplication::setDesktopFileName(QStringLiteral("torvane"));
   QApplication::setQuitOnLastWindowClosed(false);
   pictures_ = std::make_unique<QtPictures>();
+  QApplication::setWindowIcon(pictures_->resourceIcon(kApplicationIcon));
   posix::SetDesktop(&desktop_);
   if (!openWorld()) return false;
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,

@@ -83,6 +83,8 @@ void TreeWidget::changeEvent(QEvent* event) {
 
 QtTree::QtTree(Tree& model, QtPictures& pictures, QWidget& parent)
     : QtControl(model, pictures, {}, &parent), model_(model) {
+  // Not shown, but read out.
+  widget().setHeaderLabel(ToQString(model.Name()));
   widget().chosen = [&model](const QTreeWidgetItem& item) {
     Node& node = model.Nodes()(item.data(0, kIndexRole).toInt());
     RunCommand([&model, &node] { model.NodeClick(node); });
