@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "editing/delete_commands.h"
 #include "editing/rewrite_ini.h"
 #include "editing/rewrite_registry.h"
 #include "editing/value_names.h"
+#include "platform/extras.h"
 #include "readers/basListFill.h"
 #include "readers/ini_folders.h"
 #include "storage/raised_error.h"
@@ -32,6 +35,22 @@ TEST(ValueNamesTest, FollowTheNameForm) {
       {u"a*", 33, u"{"},          {u"**", 1, u""},
   };
   for (const Case& c : cases) EXPECT_EQ(EntryValueName(c.form, c.n), c.name) << c.form << c.n;
+}
+
+TEST(ValueNamesTest, EveryNumberedListOfTheCatalogueHasItsForm) {
+  const auto bytes = DataResource(1);
+  std::istringstream catalogue(
+      std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+  int rows = 0;
+  for (std::string line; std::getline(catalogue, line);) {
+    const auto equals = line.find('=');
+    if (equals == std::string::npos) continue;
+    const MruEntry entry = EntryFromRow(FromAnsi(line.substr(equals + 1)));
+    ++rows;
+    if (IsIniList(entry.ListType) || entry.ValuePrefix == kNone) continue;
+    EXPECT_NE(EntryValueName(entry.ValuePrefix + entry.FirstIndex, 1), u"") << entry.EntryName;
+  }
+  EXPECT_EQ(rows, 97);
 }
 
 class EditingTest : public testing::ListWorld {
