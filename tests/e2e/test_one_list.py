@@ -1,4 +1,7 @@
 """One list from Wine's registry editor through Torvane and back: the road that every user takes."""
+import subprocess
+
+from driver import ROOT
 from platforms import OnLinux, UnderWine, temporary_files
 
 KEY = r'Software\RogSoft\NotePad+\Recent Files'
@@ -48,6 +51,15 @@ class OneListOnLinux(OnLinux):
             program.choose('Graphics', 'MS Paint')
         for name, content in hives.items():
             self.assertEqual(self.read(prefix, name), content, name)
+
+    def test_saves_the_hives_that_wine_wrote_to_the_byte(self):
+        prefix = self.prefix()
+        put_lists_in(prefix)
+        prefix.end()
+        for name in ('user.reg', 'system.reg', 'userdef.reg'):
+            subprocess.run([f'{ROOT}/build/linux/tests/save_hive', f'{prefix.folder}/{name}',
+                            f'{prefix.folder}/copy.reg'], check=True)
+            self.assertEqual(self.read(prefix, 'copy.reg'), self.read(prefix, name), name)
 
     def test_refuses_while_wine_runs(self):
         prefix = self.prefix()
