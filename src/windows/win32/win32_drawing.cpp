@@ -47,7 +47,7 @@ class StepPainter {
   void operator()(const torvane::DrawCaption& step) const {
     const Selection font(dc_, style_.font);
     SetBkMode(dc_, TRANSPARENT);
-    SetTextColor(dc_, ColorOf(SystemColor::WindowText));
+    SetTextColor(dc_, ColorOf(style_.foreground));
     TextOutW(dc_, scaled(step.left), scaled(step.top), Wide(step.text),
              static_cast<int>(step.text.size()));
   }
