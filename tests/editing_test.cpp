@@ -37,7 +37,9 @@ TEST(ValueNamesTest, FollowTheNameForm) {
   for (const Case& c : cases) EXPECT_EQ(EntryValueName(c.form, c.n), c.name) << c.form << c.n;
 }
 
-TEST(ValueNamesTest, EveryNumberedListOfTheCatalogueHasItsForm) {
+class CatalogueTest : public testing::ScratchWorld {};
+
+TEST_F(CatalogueTest, EveryNumberedListHasItsNameForm) {
   const auto bytes = DataResource(1);
   std::istringstream catalogue(
       std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));

@@ -168,6 +168,20 @@ TEST_F(WindowTest, SelectionIsTheControlsOwn) {
   EXPECT_EQ(SendMessageA(window, LVM_GETSELECTEDCOUNT, 0, 0), 0);
 }
 
+TEST_F(WindowTest, OpensOneEntryAtATime) {
+  MakeKey(kNero, {{"File1", MakeFile("1")}, {"File2", MakeFile("2")}});
+  frmMain& form = Start();
+  Choose(u"Nero-Burning Rom");
+  form.edit.mnuEditOpenWithProgram.Tag = u"C:\\none\\hhw.exe";
+  form.lvwMRU.ListItems()(1).Selected(true);
+  form.lvwMRU.ListItems()(2).Selected(true);
+  RecordingToolkit recorder(&CurrentToolkit());
+  form.edit.mnuEditOpenWithProgram.Click();
+  ASSERT_EQ(recorder.messages.size(), 1U);
+  EXPECT_EQ(recorder.messages[0].text, u"Please select only 1 file.");
+  EXPECT_EQ(recorder.messages[0].style, 0U);
+}
+
 TEST_F(WindowTest, ListKeepsTheShellsImageListWhileSubclassed) {
   frmMain& form = Start();
   const HWND window = form.lvwMRU.hWnd();

@@ -98,4 +98,8 @@ class OneListUnderWine(UnderWine):
         self.assertEqual(temporary_files(prefix), [])
         self.assertEqual(prefix.reg_query(KEY), SURVIVORS)
         self.assertEqual(prefix.reg_query(BESIDE), {'File1': r'C:\lists\gone.bmp'})
+        settings = prefix.reg_query(SETTINGS)
+        self.assertEqual(settings['State'], 0)
+        self.assertGreaterEqual(settings['Main Width'], 8160)
+        self.assertGreaterEqual(settings['Main Height'], 4905)
         prefix.end()
