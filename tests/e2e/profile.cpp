@@ -9,7 +9,8 @@
 
 int main(int count, char** arguments) {
   if (count == 5) {
-    return WritePrivateProfileStringA(arguments[2], arguments[3], arguments[4], arguments[1]) ? 0 : 1;
+    return WritePrivateProfileStringA(arguments[2], arguments[3], arguments[4], arguments[1]) ? 0
+                                                                                              : 1;
   }
   if (count != 3) {
     return 2;

@@ -2,6 +2,8 @@
 
 namespace torvane {
 
-MenuItem& MenuItem::Add(const Text& caption) { return items_.emplace_back(caption); }
+MenuItem& MenuItem::Add(const Text& caption) {
+  return items_.emplace_back(caption);
+}
 
 }  // namespace torvane
