@@ -220,24 +220,6 @@ TEST_F(HiveSharingTest, OutsideChangesAreSeen) {
   EXPECT_EQ(RegCloseKey(open), ERROR_INVALID_HANDLE);
 }
 
-TEST_F(HiveSharingTest, FullDiskLeavesTheOldFileAndIsTriedAgain) {
-  ASSERT_EQ(SetBytes("K", "big", REG_BINARY, std::string(60000, 'x')), ERROR_SUCCESS);
-  std::signal(SIGXFSZ, SIG_IGN);
-  rlimit old{};
-  getrlimit(RLIMIT_FSIZE, &old);
-  const rlimit small{1000, old.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  const auto failures = posix::WriteBackChanges();
-  setrlimit(RLIMIT_FSIZE, &old);
-  ASSERT_EQ(failures.size(), 1U);
-  EXPECT_EQ(failures.front().reason, std::generic_category().message(EFBIG));
-  EXPECT_EQ(Read(UserHive()), kBefore);
-  EXPECT_FALSE(fs::exists(Prefix() / ".user.reg.torvane"));
-  Save();
-  posix::ForgetWorld();
-  EXPECT_EQ(Get("K", "big"), std::string(60000, 'x'));
-}
-
 TEST_F(HiveSharingTest, KeepsModeAndLinkAndCleansUpAfterTheKilled) {
   const fs::path temporary = Prefix() / ".user.reg.torvane";
   const fs::path victim = Prefix() / "victim";

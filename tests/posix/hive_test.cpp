@@ -114,21 +114,6 @@ TEST_F(HiveTest, ChangesOnlyTheLinesOfItsOwnKey) {
   }
 }
 
-TEST_F(HiveTest, SecondChangeBuildsOnTheFirst) {
-  Replace(UserHive(), kHeader + "\n[Software\\\\K] 1\n\"a\"=\"1\"\n\"b\"=\"2\"\n");
-  for (int round = 0; round < 3; ++round) {
-    Set("Software\\K", "c" + std::to_string(round), "x");
-    Set("Software\\N", "v", std::to_string(round));
-    Save();
-    Delete("Software\\K", "c" + std::to_string(round));
-    Save();
-  }
-  EXPECT_EQ(Read(UserHive()).find("[Software\\\\N]"), Read(UserHive()).rfind("[Software\\\\N]"));
-  posix::ForgetWorld();
-  EXPECT_EQ(Texts("Software\\K"), (std::map<std::string, std::string>{{"a", "1"}, {"b", "2"}}));
-  EXPECT_EQ(Texts("Software\\N"), (std::map<std::string, std::string>{{"v", "2"}}));
-}
-
 TEST_F(HiveTest, WritesTheLinesThatWineWrites) {
   const struct {
     std::string name;

@@ -130,21 +130,6 @@ TEST_F(ProfileFileTest, AFileThatMayNotBeWrittenKeepsNothing) {
   EXPECT_EQ(FileBytes(path), "[a]\nx=1\n");
 }
 
-TEST_F(ProfileFileTest, AFailedWriteBackIsTriedAgain) {
-  const std::string path = MakeFile("later.ini", "[a]\nx=1\n");
-  EXPECT_EQ(Write(path, "a", "x", "2"), TRUE);
-  ::chmod(Host(path).c_str(), 0444);
-  const auto failures = WriteBackChanges();
-  ASSERT_EQ(failures.size(), 1U);
-  EXPECT_EQ(failures[0].path, Host(path).string());
-  EXPECT_FALSE(failures[0].reason.empty());
-  EXPECT_EQ(FileBytes(path), "[a]\nx=1\n");
-  EXPECT_EQ(Value(path, "a", "x"), "2");
-  ::chmod(Host(path).c_str(), 0644);
-  EXPECT_TRUE(WriteBackChanges().empty());
-  EXPECT_EQ(FileBytes(path), "[a]\nx=2\n");
-}
-
 TEST_F(ProfileFileTest, LinksAreFollowedAndRightsKept) {
   const std::string target = MakeFile("elsewhere\\real.ini", "[a]\nx=1\n");
   ::chmod(Host(target).c_str(), 0640);

@@ -292,25 +292,6 @@ TEST_F(QtViewsTest, RemovalLeavesTheOthersAsTheyWere) {
   EXPECT_FALSE(decorated(1)) << "a new row doesn't get an old row's image";
 }
 
-TEST_F(QtViewsTest, ColumnsFitTheWidestTextHoweverManyThereAre) {
-  Show(20000);
-  QHeaderView& header = *Rows().header();
-  EXPECT_EQ(header.length(), Rows().viewport()->width()) << "the last column takes the rest";
-  const int narrow = header.sectionSize(0);
-  form_.list.ListItems()(12345).SubItems(1, Text(32000, u'm'));
-  form_.list.ListItems().Add(u"a text far wider than the others");
-  for (WPARAM column = 0; column < 2; ++column) {
-    SendMessageA(ListWindow(), LVM_SETCOLUMNWIDTH, column, LVSCW_AUTOSIZE_USEHEADER);
-  }
-  const auto needs = [](const QString& text) {
-    return Rows().fontMetrics().horizontalAdvance(text);
-  };
-  EXPECT_GT(header.sectionSize(0), narrow);
-  EXPECT_GE(header.sectionSize(0), needs("a text far wider than the others"));
-  EXPECT_GE(header.sectionSize(1), needs(QString(200, 'm')));
-  EXPECT_LT(header.sectionSize(1), needs(QString(1000, 'm'))) << "nobody reads 32,000 characters";
-}
-
 TEST_F(QtViewsTest, FrameKeepsTheMouseWhileItIsHiddenAndShown) {
   Show();
   std::vector<float> moves;
@@ -323,26 +304,6 @@ TEST_F(QtViewsTest, FrameKeepsTheMouseWhileItIsHiddenAndShown) {
   EXPECT_EQ(moves, std::vector<float>{31 * 15});
   Mouse(bar, QEvent::MouseButtonRelease, {31, 50}, Qt::LeftButton);
   EXPECT_FALSE(bar.isVisible());
-}
-
-TEST_F(QtViewsTest, InvertingTwiceShowsAndTakesAwayAGhostBar) {
-  Show();
-  POINT corner{50, 60};
-  ClientToScreen(form_.hWnd(), &corner);
-  const HDC screen = GetDC(nullptr);
-  const auto bars = [] {
-    std::vector<QRect> places;
-    for (const QWidget* widget : QApplication::allWidgets()) {
-      const bool isBar = dynamic_cast<const QRubberBand*>(widget) && widget->isVisible();
-      if (isBar) places.emplace_back(widget->mapToGlobal(QPoint()), widget->size());
-    }
-    return places;
-  };
-  PatBlt(screen, corner.x, corner.y, 4, 100, DSTINVERT);
-  EXPECT_EQ(bars(), std::vector<QRect>{QRect(corner.x, corner.y, 4, 100)});
-  PatBlt(screen, corner.x, corner.y, 4, 100, DSTINVERT);
-  EXPECT_TRUE(bars().empty());
-  ReleaseDC(nullptr, screen);
 }
 
 TEST_F(QtViewsTest, KeysReachTheFormFirstAndItsButtonsLast) {

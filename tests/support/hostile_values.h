@@ -62,35 +62,33 @@ inline const std::vector<HostileData>& HostileDataTable() {
 }
 
 inline const std::vector<std::string>& HostileNames() {
-  static const std::vector<std::string> names = {
-      "File1",
-      "",
-      "@",
-      "\"",
-      "a\"=\"b",
-      "a\\b",
-      "\\",
-      "a/b",
-      "[x]",
-      "#time=1",
-      ";c",
-      " lead",
-      "trail ",
-      "a=b",
-      "a\tb",
-      "a\nb",
-      "a\rb",
-      "\x01"
-      "1",
-      "caf\xE9",
-      "\x80uro",
-      "%TEMP%",
-      "0",
-      "*",
-      "?",
-      std::string(255, 'n'),
-      std::string(16383, 'N'),
-  };
+  static const std::vector<std::string> names = {"File1",
+                                                 "",
+                                                 "@",
+                                                 "\"",
+                                                 "a\"=\"b",
+                                                 "a\\b",
+                                                 "\\",
+                                                 "a/b",
+                                                 "[x]",
+                                                 "#time=1",
+                                                 ";c",
+                                                 " lead",
+                                                 "trail ",
+                                                 "a=b",
+                                                 "a\tb",
+                                                 "a\nb",
+                                                 "a\rb",
+                                                 "\x01"
+                                                 "1",
+                                                 "caf\xE9",
+                                                 "\x80uro",
+                                                 "%TEMP%",
+                                                 "0",
+                                                 "*",
+                                                 "?",
+                                                 std::string(255, 'n'),
+                                                 std::string(16383, 'N')};
   return names;
 }
 

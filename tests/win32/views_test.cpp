@@ -161,28 +161,6 @@ TEST_F(Win32ViewsTest, EveryClickAndArrowKeyInTheTreeChoosesANode) {
   EXPECT_EQ(form_.tree.SelectedItem()->Index(), 1);
 }
 
-TEST_F(Win32ViewsTest, ExpansionGoesBothWaysAndIsToldOnce) {
-  Node& parent = form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Parent", 0);
-  form_.tree.Nodes().Add(&parent, NodeRelationship::Child, u"Child", 0);
-  int told = 0;
-  form_.tree.Expand = [&](Node&) { ++told; };
-  form_.tree.Collapse = form_.tree.Expand;
-  form_.Show();
-  const HWND window = form_.tree.hWnd();
-  const auto shown = [&] {
-    const HTREEITEM root = TreeView_GetRoot(window);
-    return (TreeView_GetItemState(window, root, TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
-  };
-  parent.Expanded(true);
-  EXPECT_TRUE(shown());
-  EXPECT_EQ(told, 1);
-  TreeView_Select(window, TreeView_GetRoot(window), TVGN_CARET);
-  SendMessageW(window, WM_KEYDOWN, VK_SUBTRACT, 0);
-  EXPECT_FALSE(shown());
-  EXPECT_FALSE(parent.Expanded());
-  EXPECT_EQ(told, 2);
-}
-
 TEST_F(Win32ViewsTest, ModalFormDisablesItsOwnerUntilItIsClosed) {
   form_.Show();
   const HWND owner = form_.hWnd();
@@ -248,26 +226,6 @@ TEST_F(Win32ViewsTest, FormSeesKeysFirst) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST_F(Win32ViewsTest, MenusAreReadAnewEachTimeTheyOpen) {
-  MenuItem& menu = form_.MenuBar().Add(u"View");
-  MenuItem& first = menu.Add(u"A&B");
-  menu.Add(u"-");
-  MenuItem& last = menu.Add(u"Last");
-  int clicks = 0;
-  last.Click = [&] { ++clicks; };
-  form_.Show();
-  first.Visible = false;
-  last.Caption = u"R&D";
-  const HMENU popup = GetSubMenu(GetMenu(form_.hWnd()), 0);
-  SendMessageW(form_.hWnd(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup), 0);
-  ASSERT_EQ(GetMenuItemCount(popup), 2);
-  std::array<wchar_t, 20> caption{};
-  GetMenuStringW(popup, 1, caption.data(), 20, MF_BYPOSITION);
-  EXPECT_STREQ(caption.data(), L"R&&D");
-  SendMessageW(form_.hWnd(), WM_COMMAND, GetMenuItemID(popup, 1), 0);
-  EXPECT_EQ(clicks, 1);
-}
-
 TEST_F(Win32ViewsTest, FrameKeepsThePressedMouseWhileItIsHidden) {
   std::vector<float> released;
   form_.frame.MouseUp = [&](int, int, float x, float) { released.push_back(x); };
@@ -287,22 +245,6 @@ TEST_F(Win32ViewsTest, FrameKeepsThePressedMouseWhileItIsHidden) {
   EXPECT_EQ(released.size(), 1U);
   toolkit_.DoEvents();
   EXPECT_EQ(released.size(), 2U);
-}
-
-TEST_F(Win32ViewsTest, IconOfAPictureIsTransparentWhereNothingIsDrawn) {
-  const Picture picture{16, 16, {DrawBox{0, 0, 8, 16}}};
-  const UniqueIcon icon = IconOf(picture, 32);
-  const auto drawnOn = [&](COLORREF ground) {
-    const UniqueDc dc(CreateCompatibleDC(nullptr));
-    const UniqueBitmap bitmap(CreateBitmap(32, 32, 1, 32, nullptr));
-    const Selection selected(dc.get(), bitmap.get());
-    for (int x = 0; x < 32; ++x) SetPixel(dc.get(), x, 5, ground);
-    DrawIconEx(dc.get(), 0, 0, icon.get(), 32, 32, 0, nullptr, DI_NORMAL);
-    return std::pair(GetPixel(dc.get(), 15, 5), GetPixel(dc.get(), 16, 5));
-  };
-  const COLORREF text = ColorOf(SystemColor::WindowText);
-  EXPECT_EQ(drawnOn(0x00FF00), std::pair(text, COLORREF{0x00FF00}));
-  EXPECT_EQ(drawnOn(0xFF00FF), std::pair(text, COLORREF{0xFF00FF}));
 }
 
 }  // namespace
