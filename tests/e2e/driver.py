@@ -135,6 +135,8 @@ class Torvane:
                                         stdin=subprocess.DEVNULL, start_new_session=True)
         try:
             self.window = display.wait(self._find_window, "Torvane's window", 60)
+            # Only a window that has its frame is done with its own size.
+            display.look_when_still()
             self.resize(*self.SIZE)
             self._measure_tree()
         except BaseException:
