@@ -393,6 +393,7 @@ std::string ToUtf8(std::u16string_view text) {
 }
 
 char16_t FoldCase(char16_t unit) {
+  if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20U) : unit;
   static const std::vector<char16_t> table = LowerCaseTable();
   return table[unit];
 }

@@ -49,15 +49,46 @@ struct CloseFolder {
   void operator()(DIR* folder) const { closedir(folder); }
 };
 
-std::optional<std::vector<FolderEntry>> ReadEntries(const std::string& folder) {
+/// Calls `visit` with the name of each entry; false where the folder can't be read.
+template <class Visit>
+bool ForEachName(const std::string& folder, const Visit& visit) {
   const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
-  if (!open) return std::nullopt;
-  std::vector<FolderEntry> entries;
+  if (!open) return false;
   while (const dirent* entry = readdir(open.get())) {
     const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") entries.push_back({std::string(name), FromUtf8(name)});
+    if (name != "." && name != "..") visit(name);
   }
+  return true;
+}
+
+std::optional<std::vector<FolderEntry>> ReadEntries(const std::string& folder) {
+  std::vector<FolderEntry> entries;
+  const bool read = ForEachName(folder, [&entries](std::string_view name) {
+    entries.push_back({std::string(name), FromUtf8(name)});
+  });
+  if (!read) return std::nullopt;
   return entries;
+}
+
+/// Whether an entry has this name, folded, without case. Most entries differ early.
+bool HasName(std::string_view entry, std::u16string_view folded) {
+  for (std::size_t i = 0; i < entry.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(entry[i]);
+    if (i == folded.size()) return false;
+    if (byte >= 0x80) return FoldCase(FromUtf8(entry.substr(i))) == folded.substr(i);
+    if (FoldCase(char16_t{byte}) != folded[i]) return false;
+  }
+  return entry.size() == folded.size();
+}
+
+/// The first name that differs from this one in case only, by a single pass over the folder.
+std::optional<std::string> ScanFolder(const std::string& folder, std::u16string_view name) {
+  const std::u16string folded = FoldCase(name);
+  std::optional<std::string> first;
+  ForEachName(folder.empty() ? "/" : folder, [&](std::string_view entry) {
+    if (HasName(entry, folded) && (!first || entry < *first)) first = entry;
+  });
+  return first;
 }
 
 bool HasTrustedListing(const std::string& folder) {
@@ -128,6 +159,8 @@ std::optional<std::string> FindInFolder(const std::string& folder, std::u16strin
   if (!HasTrustedListing(folder)) {
     std::string exact = ToUtf8(name);
     if (Exists(folder + "/" + exact)) return exact;
+    // A listing of a folder in which something has just changed would answer this once only.
+    if (!IsSettled(StampOf(folder), FileClock())) return ScanFolder(folder, name);
   }
   const FolderListing* listing = ListFolder(folder);
   const FolderEntry* entry = listing != nullptr ? listing->find(name) : nullptr;

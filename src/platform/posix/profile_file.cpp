@@ -46,9 +46,11 @@ void ProfileFile::refresh() {
   const std::int64_t now = FileClock();
   if (text_ && trusted_ && StampOf(path_) == stamp_) return;
   const FileContent content = ReadWholeFile(path_);
-  original_ = content.view();
   stamp_ = content.stamp;
   trusted_ = IsSettled(stamp_, now);
+  // A file just written is read again until its stamp counts; mostly it has what it had.
+  if (text_ && content.view() == original_) return;
+  original_ = content.view();
   text_ = std::make_unique<ProfileText>(original_);
   for (const Change& change : pending_) apply(change);
 }

@@ -8,11 +8,14 @@
 #include <QFile>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QIconEngine>
 #include <QImageReader>
 #include <QMimeDatabase>
 #include <QStyle>
 #include <QtEndian>
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 #include "platform/posix/resources.h"
 #include "platform/posix/shell_icons.h"
@@ -26,8 +29,6 @@ constexpr int kHandCursor = 101;
 constexpr qint64 kLargestIconFile = 4 << 20;
 constexpr int kMostPictures = 64;
 constexpr int kLargestPicture = 1024;
-/// Screens of up to three pixels a unit get pictures of their own.
-constexpr int kScales = 3;
 
 QByteArray Bytes(std::span<const std::byte> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())};
@@ -137,6 +138,35 @@ class StepPainter {
   const DrawingTools& tools_;
 };
 
+/// An icon whose drawing is carried out when it is painted, so that a window needn't wait for the
+/// icon theme, and at the resolution that it is painted in.
+class DrawnIcon : public QIconEngine {
+ public:
+  DrawnIcon(QtPictures& pictures, Picture picture, DrawingTools tools)
+      : pictures_(pictures), picture_(std::move(picture)), tools_(std::move(tools)) {}
+
+  void paint(QPainter* painter, const QRect& place, QIcon::Mode, QIcon::State) override {
+    painter->save();
+    painter->translate(place.topLeft());
+    pictures_.draw(*painter, picture_.steps, tools_);
+    painter->restore();
+  }
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap pixmap(size);
+    pixmap.setDevicePixelRatio(static_cast<double>(size.width()) / picture_.width);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    DrawnIcon::paint(&painter, {0, 0, picture_.width, picture_.height}, mode, state);
+    return pixmap;
+  }
+  QIconEngine* clone() const override { return std::make_unique<DrawnIcon>(*this).release(); }
+
+ private:
+  QtPictures& pictures_;
+  Picture picture_;
+  DrawingTools tools_;
+};
+
 }  // namespace
 
 QPalette::ColorRole ThemeRole(SystemColor color) {
@@ -190,19 +220,9 @@ const QIcon& QtPictures::resourceIcon(int id) {
 }
 
 QIcon QtPictures::pictureIcon(const Picture& picture, const QPalette& palette) {
-  QIcon icon;
   DrawingTools tools;
   tools.palette = palette;
-  for (int scale = 1; scale <= kScales; ++scale) {
-    QPixmap pixmap(picture.width * scale, picture.height * scale);
-    pixmap.setDevicePixelRatio(scale);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    draw(painter, picture.steps, tools);
-    painter.end();
-    AddPicture(icon, pixmap);
-  }
-  return icon;
+  return QIcon(std::make_unique<DrawnIcon>(*this, picture, tools).release());
 }
 
 QCursor QtPictures::cursor(MousePointer pointer) {

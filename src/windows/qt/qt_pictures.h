@@ -38,7 +38,7 @@ class QtPictures {
   const QIcon& shellIcon(int number);
   /// Icon resource `id`.
   const QIcon& resourceIcon(int id);
-  /// A picture of a tree's image list, for screens of one to three pixels a unit.
+  /// A picture of a tree's image list, drawn whenever it is painted.
   QIcon pictureIcon(const Picture& picture, const QPalette& palette);
   QCursor cursor(MousePointer pointer);
 

@@ -93,7 +93,6 @@ bool QtToolkit::Start() {
   QApplication::setDesktopFileName(QStringLiteral("torvane"));
   QApplication::setQuitOnLastWindowClosed(false);
   pictures_ = std::make_unique<QtPictures>();
-  QApplication::setWindowIcon(pictures_->resourceIcon(kApplicationIcon));
   posix::SetDesktop(&desktop_);
   if (!openWorld()) return false;
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
@@ -136,6 +135,8 @@ void QtToolkit::forget(const Form& form) {
 
 void QtToolkit::Run() {
   running_ = true;
+  // The window is up by now: it needn't have waited for a large icon to be read.
+  QApplication::setWindowIcon(pictures_->resourceIcon(kApplicationIcon));
   if (!shown_.empty()) QApplication::exec();
   running_ = false;
   writeBack_.finish();
@@ -147,6 +148,7 @@ void QtToolkit::DoEvents() {
 
 int QtToolkit::ShowMessage(const Text& text, UINT style, const Text& title) {
   QMessageBox box(QApplication::activeWindow());
+  box.setWindowIcon(pictures_->resourceIcon(kApplicationIcon));
   box.setTextFormat(Qt::PlainText);
   box.setWindowTitle(ToQString(title));
   box.setText(ToQString(text));
