@@ -37,11 +37,28 @@ constexpr std::array<KindRow, 10> kKinds = {{
     {8, kByName, 1, 2, 0},
 }};
 
+// The image that the shell gave last. Runs of entries have the same one, and the shell takes longer
+// over it than the rest of an entry takes together.
+struct LastImage {
+  Text iconPath;
+  UINT flags = 0;
+  int number = 0;
+};
+
+LastImage& Last() {
+  static LastImage last;
+  return last;
+}
+
 int ImageNumber(const Text& iconPath, UINT flags) {
-  SHFILEINFOA info{};
-  // A path that the shell doesn't know leaves image 0.
-  SHGetFileInfoA(ToAnsi(iconPath).c_str(), 0, &info, sizeof info, flags);
-  return info.iIcon;
+  LastImage& last = Last();
+  if (last.flags != flags || last.iconPath != iconPath) {
+    SHFILEINFOA info{};
+    // A path that the shell doesn't know leaves image 0.
+    SHGetFileInfoA(ToAnsi(iconPath).c_str(), 0, &info, sizeof info, flags);
+    last = {iconPath, flags, info.iIcon};
+  }
+  return last.number;
 }
 
 void SetImage(const List& list, const ListItem& item, int image) {
@@ -88,6 +105,7 @@ void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Te
 }
 
 void ClearEntryList(List& list) {
+  Last() = {};
   list.ColumnHeaders().Clear();
   list.ListItems().Clear();
   list.Arrange = ListArrange::Top;
