@@ -29,7 +29,10 @@ bool NeedsRestart(Tree& tree) {
 void Run(const DeleteCommand& command, const DeleteContext& context) {
   const MruEntry entry = EntryFromItemTag(context.list.ListItems()(1).Tag());
   const Engine engine = IsIniList(entry.ListType) ? command.iniEngine : command.registryEngine;
-  engine(context.list);
+  {
+    const Hourglass hourglass(context.list.Parent());
+    engine(context.list);
+  }
 
   const ListCounters& counters = Counters();
   context.status.Panels(2).Text(u"Total: " + Decimal(counters.TotalCount - counters.DeletedCount));

@@ -22,18 +22,6 @@ constexpr int kOpenFolder = 2;
 constexpr int kProgramIcon = 104;
 constexpr int kIconSize = 16;
 
-// The hourglass over a form for as long as this lives.
-class Hourglass {
- public:
-  explicit Hourglass(Form& form) : form_(form) { form_.Pointer(MousePointer::Hourglass); }
-  Hourglass(const Hourglass&) = delete;
-  Hourglass& operator=(const Hourglass&) = delete;
-  ~Hourglass() { form_.Pointer(MousePointer::Default); }
-
- private:
-  Form& form_;
-};
-
 // Marks that a list is being filled for as long as this lives.
 class Filling {
  public:

@@ -129,4 +129,16 @@ class Form {
   friend class StatusBar;
 };
 
+/// The hourglass over a form for as long as this lives.
+class Hourglass {
+ public:
+  explicit Hourglass(Form& form) : form_(form) { form_.Pointer(MousePointer::Hourglass); }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+  ~Hourglass() { form_.Pointer(MousePointer::Default); }
+
+ private:
+  Form& form_;
+};
+
 }  // namespace torvane
