@@ -4,13 +4,16 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QEventLoop>
 #include <QHeaderView>
 #include <QImage>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRubberBand>
 #include <QScrollBar>
+#include <QTimer>
 #include <QTreeWidget>
 #include <QWindow>
 
@@ -145,6 +148,9 @@ TEST_F(QtViewsTest, NodesAreChosenByLeftClickAndKeysOnly) {
     EXPECT_EQ(form_.tree.SelectedItem()->Text(), selected) << what;
     told.clear();
   };
+  tree.setCurrentItem(tree.topLevelItem(0), 0, QItemSelectionModel::NoUpdate);
+  Press(tree, Qt::Key_Down);
+  expect("Down before a choice", "First ", u"First");
   Click(*tree.viewport(), place.center());
   expect("a click", "First ", u"First");
   Click(*tree.viewport(), place.center(), Qt::LeftButton, Qt::ControlModifier);
@@ -327,6 +333,23 @@ TEST_F(QtViewsTest, KeysReachTheFormFirstAndItsButtonsLast) {
   EXPECT_EQ(told, "13 ok 27 back 120 ");
 }
 
+TEST_F(QtViewsTest, ModalFormStandsOverItsOwner) {
+  Show();
+  QWidget& owner = *TreeWindow().window();
+  owner.move(0, 0);
+  TestForm modal;
+  QTimer::singleShot(0, [&] {
+    const QWidget& window = *QApplication::activeModalWidget();
+    EXPECT_EQ(window.windowHandle()->transientParent(), owner.windowHandle());
+    EXPECT_EQ(window.windowType(), Qt::Dialog);
+    EXPECT_FALSE(window.windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
+    const QPoint off = window.geometry().center() - owner.geometry().center();
+    EXPECT_LT(off.manhattanLength(), 8) << "centred but for the frame";
+    modal.Unload();
+  });
+  modal.ShowModal(form_);
+}
+
 TEST_F(QtViewsTest, ViewsMayGoAndErrorsMayRiseWhileTheirHandlersRun) {
   form_.ok.Click = [&] { form_.Unload(); };
   form_.back.Click = [] { throw std::runtime_error("no way back"); };
@@ -364,9 +387,11 @@ class FullDisk : public posix::ChangedFile {
   void writeBack() override {
     ++tries;
     if (full) throw std::system_error(std::make_error_code(std::errc::no_space_on_device));
+    if (slips) throw posix::NotSynced(EIO);
   }
   std::string hostPath() const override { return "/prefix/user.reg"; }
   bool full = true;
+  bool slips = false;  ///< the new file stands, but perhaps not on the disk
   int tries = 0;
 };
 
@@ -408,6 +433,37 @@ TEST_F(QtViewsTest, FailedWriteIsToldOnceAnOrderAndTriedAgain) {
   EXPECT_EQ(file.tries, 5);
   EXPECT_EQ(recorder.messages.size(), 3U);
   EXPECT_TRUE(posix::WriteBackChanges().empty());
+}
+
+TEST_F(QtViewsTest, TheBoxOfAFailedWriteTellsWhatStands) {
+  FullDisk file;
+  posix::MarkChanged(file);
+  QTimer user;
+  QEventLoop loop;
+  QString told;
+  QObject::connect(&user, &QTimer::timeout, &loop, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (!box) return;
+    told = box->text();
+    box->accept();
+    loop.quit();
+  });
+  user.start(1);
+  QTimer::singleShot(20'000, &loop, &QEventLoop::quit);
+  const auto afterCommand = [&] {
+    told.clear();
+    RunCommand([] {});
+    loop.exec();
+    return told;
+  };
+  const QString full = afterCommand();
+  EXPECT_TRUE(full.startsWith("/prefix/user.reg can't be written: No space left on device\n\n"));
+  EXPECT_TRUE(full.contains("stands as it was. The changes are kept"));
+  file.full = false;
+  file.slips = true;
+  const QString slipped = afterCommand();
+  EXPECT_TRUE(slipped.contains("is written, but not for certain: Input/output error\n\n"));
+  EXPECT_TRUE(slipped.contains("has the changes"));
 }
 
 }  // namespace

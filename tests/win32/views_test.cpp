@@ -129,6 +129,11 @@ TEST_F(Win32ViewsTest, ListKeepsTextAndImagesUnderAnAnsiProcedure) {
   EXPECT_EQ(ShownText(1, 0), u"日本 1");
   EXPECT_EQ(ShownText(3, 1), longText);
 
+  EXPECT_EQ(form_.list.SelectedItem(), nullptr);
+  PostMessageW(window, WM_CHAR, u'日', 1);
+  toolkit_.DoEvents();
+  EXPECT_NE(form_.list.SelectedItem(), nullptr) << "type-ahead";
+
   form_.list.ListItems()(3).Selected(true);
   EXPECT_GT(reflected, 0);
   form_.list.ListItems().RemoveWhere([](const ListItem& item) { return item.Index() % 2 != 0; });
@@ -169,7 +174,11 @@ TEST_F(Win32ViewsTest, ModalFormDisablesItsOwnerUntilItIsClosed) {
     modal.Load();
     const HWND window = modal.hWnd();
     bool ownerEnabled = true;
-    modal.Resize = [&] { ownerEnabled = IsWindowEnabled(owner) != FALSE; };
+    bool canGoAlone = true;
+    modal.Resize = [&] {
+      ownerEnabled = IsWindowEnabled(owner) != FALSE;
+      canGoAlone = (GetWindowLongPtrW(window, GWL_STYLE) & WS_MINIMIZEBOX) != 0;
+    };
     bool windowStands = true;
     modal.ok.Click = [&] {
       modal.Unload();
@@ -180,6 +189,7 @@ TEST_F(Win32ViewsTest, ModalFormDisablesItsOwnerUntilItIsClosed) {
     PostMessageW(target, way, way == WM_KEYDOWN ? VK_ESCAPE : 0, 0);
     modal.ShowModal(form_);
     EXPECT_FALSE(ownerEnabled) << way;
+    EXPECT_FALSE(canGoAlone) << way;
     EXPECT_TRUE(windowStands) << way;
     EXPECT_FALSE(modal.Loaded()) << way;
     EXPECT_FALSE(IsWindow(window)) << way;

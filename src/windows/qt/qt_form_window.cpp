@@ -37,6 +37,11 @@ Qt::WindowFlags FlagsOf(BorderStyle border) {
   return Qt::Window;
 }
 
+/// A sizable window that is modal stands over its owner and doesn't go away alone.
+constexpr Qt::WindowFlags kSizableModal = Qt::Dialog | Qt::CustomizeWindowHint |
+                                          Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                                          Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint;
+
 /// The visible button for a key that works wherever the focus is, null for none.
 QPushButton* ButtonForKey(const QWidget& client, int key) {
   for (QPushButton* button : client.findChildren<QPushButton*>()) {
@@ -109,9 +114,20 @@ void FormWindow::placeWithFrame() {
   setOuterBounds(wanted);
 }
 
+void FormWindow::centreOver(const QWidget& owner) {
+  QRect place = rect();
+  place.moveCenter(owner.frameGeometry().center());
+  const QRect screen = owner.screen()->availableGeometry();
+  place.moveRight(std::min(place.right(), screen.right()));
+  place.moveBottom(std::min(place.bottom(), screen.bottom()));
+  move(std::max(place.left(), screen.left()), std::max(place.top(), screen.top()));
+}
+
 void FormWindow::runModal(QWidget* owner) {
+  if (windowType() == Qt::Window) setWindowFlags(kSizableModal);
   setWindowModality(Qt::ApplicationModal);
   if (owner) {
+    centreOver(*owner);
     winId();
     windowHandle()->setTransientParent(owner->windowHandle());
   }

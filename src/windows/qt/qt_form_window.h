@@ -49,6 +49,7 @@ class FormWindow : public QWidget {
   void arrange();
   void fireResize();
   void placeWithFrame();
+  void centreOver(const QWidget& owner);
   /// Gives a character key to the form first; true if the form keeps it.
   bool previewKey(const QKeyEvent& event);
 

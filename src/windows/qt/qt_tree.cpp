@@ -59,7 +59,13 @@ void TreeWidget::mouseMoveEvent(QMouseEvent* event) {
 void TreeWidget::keyPressEvent(QKeyEvent* event) {
   if (choosing_) return;
   const QTreeWidgetItem* before = selectedItem();
-  QTreeWidget::keyPressEvent(event);
+  // Before a node is chosen the first one has the focus, and the first step goes there.
+  const bool firstStep = !before && currentItem() && event->key() == Qt::Key_Down;
+  if (firstStep) {
+    currentItem()->setSelected(true);
+  } else {
+    QTreeWidget::keyPressEvent(event);
+  }
   QTreeWidgetItem* after = selectedItem();
   if (after != before) choose(after);
 }

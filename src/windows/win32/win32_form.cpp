@@ -210,6 +210,9 @@ void Win32Form::show() {
 void Win32Form::showModal(Form& owner) {
   const std::shared_ptr<bool> gone = gone_;
   modalOwner_ = owner.hWnd();
+  // It doesn't go away alone and leave a disabled window behind.
+  const LONG_PTR style = GetWindowLongPtrW(window_.get(), GWL_STYLE);
+  SetWindowLongPtrW(window_.get(), GWL_STYLE, style & ~LONG_PTR{WS_MINIMIZEBOX});
   SetWindowLongPtrW(window_.get(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(modalOwner_));
   EnableWindow(modalOwner_, FALSE);
   centreOverOwner();
@@ -241,7 +244,11 @@ bool Win32Form::previewKey(MSG& message) {
     if (*gone || key == 0) return true;
     if (character) message.wParam = static_cast<WPARAM>(key);
   }
-  return pressed && message.wParam == VK_ESCAPE && cancel();
+  if (character) {
+    auto* control = controlOf(message.hwnd);
+    return control && control->onCharacter(message.wParam, message.lParam);
+  }
+  return message.wParam == VK_ESCAPE && cancel();
 }
 
 LRESULT CALLBACK Win32Form::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

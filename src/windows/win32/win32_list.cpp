@@ -26,7 +26,8 @@ Win32List::Win32List(HWND form, List& list, Win32Fonts& fonts)
                  .style = WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER |
                           LVS_SHAREIMAGELISTS,
                  .extendedStyle = WS_EX_CLIENTEDGE,
-                 .font = fonts.message()}) {
+                 .font = fonts.message()}),
+      own_(reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window(), GWLP_WNDPROC))) {
   SendMessageW(window(), LVM_SETUNICODEFORMAT, TRUE, 0);
   SetWindowTheme(window(), L"Explorer", nullptr);
   SendMessageW(window(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_LABELTIP, LVS_EX_LABELTIP);
@@ -136,6 +137,14 @@ int Win32List::current() const {
   return static_cast<int>(
              SendMessageW(window(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED)) +
          1;
+}
+
+// The way through the ANSI procedure would make a question mark of most characters.
+bool Win32List::onCharacter(WPARAM character, LPARAM keys) {
+  constexpr WPARAM kAsciiEnd = 0x80;
+  if (character < kAsciiEnd) return false;
+  CallWindowProcW(own_, window(), WM_CHAR, character, keys);
+  return true;
 }
 
 LRESULT Win32List::onNotify(NMHDR& header) {

@@ -24,6 +24,7 @@ class Win32List : public Win32View<ListView, List> {
 
   LRESULT onNotify(NMHDR& header) override;
   void onPosted(LPARAM /*value*/) override { resumePainting(); }
+  bool onCharacter(WPARAM character, LPARAM keys) override;
 
  private:
   void askForText(int index, int column);
@@ -31,6 +32,7 @@ class Win32List : public Win32View<ListView, List> {
   void stopPainting();
   void resumePainting();
 
+  const WNDPROC own_;  ///< the control's, behind the program's
   int columns_ = 0;
   bool painting_ = true;
 };
