@@ -101,6 +101,7 @@ void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Te
   if (row->subItem1 != 0) item.SubItems(1, chosen(row->subItem1));
   if (row->subItem2 != 0) item.SubItems(2, chosen(row->subItem2));
   item.Tag(Tag);
+  if (IconPath == Icons().IconMissingFile) item.ImageNote(u"Missing");
   SetImage(list, item, image);
 }
 

@@ -2,6 +2,7 @@
 // program hears of it, what survives when rows go.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QEventLoop>
@@ -58,6 +59,7 @@ class TestForm : public Form {
   Button ok{*this, u"Ok"};
   Button back{*this, u"Back"};
   TextBox text{*this, u"Text"};
+  Label link{*this, u"Link"};
 };
 
 class QtViewsTest : public testing::ScratchWorld {
@@ -348,6 +350,25 @@ TEST_F(QtViewsTest, ModalFormStandsOverItsOwner) {
     modal.Unload();
   });
   modal.ShowModal(form_);
+}
+
+TEST_F(QtViewsTest, AssistiveTechnologyHearsRolesAndNotes) {
+  form_.link.Pointer(MousePointer::Hand);
+  int clicks = 0;
+  form_.link.Click = [&] { ++clicks; };
+  Show(1);
+  form_.list.ListItems()(1).ImageNote(u"Missing");
+  const auto of = [](QWidget& widget) { return QAccessible::queryAccessibleInterface(&widget); };
+  EXPECT_EQ(of(*TreeWindow().window())->role(), QAccessible::Window);
+  EXPECT_EQ(of(Find<QWidget>("Bar"))->role(), QAccessible::Separator);
+  EXPECT_EQ(of(Find<QWidget>("Box"))->role(), QAccessible::Graphic);
+  QAccessibleInterface* link = of(Find<QWidget>("Link"));
+  EXPECT_EQ(link->role(), QAccessible::Link);
+  link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(clicks, 1);
+  QAccessibleInterface* cell = of(Rows())->tableInterface()->cellAt(0, 0);
+  EXPECT_EQ(cell->text(QAccessible::Name), "1");
+  EXPECT_EQ(cell->text(QAccessible::Description), "Missing");
 }
 
 TEST_F(QtViewsTest, ViewsMayGoAndErrorsMayRiseWhileTheirHandlersRun) {

@@ -27,6 +27,9 @@ class ListItem {
   /// The name under which the store that the list was read from holds the entry; empty unless set.
   const ::torvane::Text& Key() const { return key_; }
   void Key(::torvane::Text key) { key_ = std::move(key); }
+  /// What the row's image says, for those who can't see it; a text that lasts.
+  TextView ImageNote() const { return imageNote_; }
+  void ImageNote(TextView note) { imageNote_ = note; }
   /// 1-based place in the list.
   int Index() const { return index_; }
   bool Selected() const;
@@ -41,6 +44,7 @@ class ListItem {
   ::torvane::Text text_;
   ::torvane::Text tag_;
   ::torvane::Text key_;
+  TextView imageNote_;
   std::vector<::torvane::Text> subItems_;
 };
 

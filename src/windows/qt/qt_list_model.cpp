@@ -59,6 +59,9 @@ QVariant QtListModel::data(const QModelIndex& index, int role) const {
   const int row = index.row();
   if (!index.isValid() || row >= list_.ListItems().Count()) return {};
   if (role == Qt::DisplayRole) return cellText(row, index.column());
+  if (role == Qt::AccessibleDescriptionRole && index.column() == 0) {
+    return ToQString(list_.ListItems()(row + 1).ImageNote());
+  }
   if (role != Qt::DecorationRole || index.column() != 0 || !showsImages_) return {};
   const auto slot = static_cast<std::size_t>(row);
   if (slot >= images_.size() || images_[slot] == kNoImage) return {};

@@ -12,6 +12,7 @@
 #include "platform/posix/write_back.h"
 #include "windows/controls/list.h"
 #include "windows/controls/tree.h"
+#include "windows/qt/qt_accessible.h"
 #include "windows/qt/qt_display.h"
 #include "windows/qt/qt_form.h"
 #include "windows/qt/qt_frame.h"
@@ -92,6 +93,7 @@ bool QtToolkit::Start() {
   QApplication::setApplicationName(QStringLiteral("torvane"));
   QApplication::setDesktopFileName(QStringLiteral("torvane"));
   QApplication::setQuitOnLastWindowClosed(false);
+  NameAccessibleRoles();
   pictures_ = std::make_unique<QtPictures>();
   posix::SetDesktop(&desktop_);
   if (!openWorld()) return false;
