@@ -36,7 +36,7 @@ std::string Saved(const posix::HiveImage& image) {
 }
 
 std::u16string Folded(std::u16string text) {
-  for (char16_t& unit : text) unit = posix::FoldUnit(unit);
+  for (char16_t& unit : text) unit = posix::FoldCase(unit);
   return text;
 }
 

@@ -28,6 +28,7 @@ constexpr unsigned kUtf8 = 65001;
 constexpr char16_t kReplacement = 0xFFFD;
 constexpr char16_t kLead = 0xFFFF;
 constexpr std::size_t kUnits = 0x10000;
+constexpr std::uint16_t kNoCode = '?';
 
 /// One direction of iconv for single characters.
 class Converter {
@@ -157,14 +158,14 @@ class CodePage {
   char16_t undefinedPair_ = u'?';
   std::vector<char16_t> single_;      ///< by byte; kLead for a lead byte
   std::vector<char16_t> pairs_;       ///< by lead and trail byte, 0 for none
-  std::vector<std::uint16_t> codes_;  ///< by unit: byte, or lead and trail byte; 0 for none
+  std::vector<std::uint16_t> codes_;  ///< by unit: byte, or lead and trail byte; kNoCode for none
 };
 
 void CodePage::fill(unsigned page) {
   Converter decoder("UTF-16LE", IconvName(page));
   Converter encoder(IconvName(page), "UTF-16LE");
   single_.assign(256, 0);
-  codes_.assign(kUnits, 0);
+  codes_.assign(kUnits, kNoCode);
   if (page == 932) undefinedPair_ = u'\u30FB';
   for (unsigned byte = 0; byte < 256; ++byte) {
     if (IsLeadByte(page, byte)) {
@@ -190,7 +191,7 @@ void CodePage::fillUserRows(const UserRows& rows) {
       if (trail == 0x7F || (rows.page == 950 && trail > 0x7F && trail < 0xA1)) continue;
       const unsigned code = (lead << 8U) | trail;
       if (pairs_[code] == 0) pairs_[code] = unit;
-      if (codes_[unit] == 0) codes_[unit] = static_cast<std::uint16_t>(code);
+      if (codes_[unit] == kNoCode) codes_[unit] = static_cast<std::uint16_t>(code);
       ++unit;
     }
   }
@@ -209,7 +210,7 @@ void CodePage::fillPairs(unsigned lead, Converter& decoder, Converter& encoder) 
 
 void CodePage::keepCode(char16_t unit, unsigned code, Converter& encoder) {
   std::uint16_t& kept = codes_[unit];
-  if (kept != 0) {
+  if (kept != kNoCode) {
     // Several codes stand for this character; iconv knows which of them is the one to write.
     std::array<char, sizeof unit> utf16{};
     std::memcpy(utf16.data(), &unit, sizeof unit);
@@ -225,8 +226,13 @@ void CodePage::keepCode(char16_t unit, unsigned code, Converter& encoder) {
 
 std::u16string CodePage::decode(std::string_view bytes) const {
   if (utf8_) return FromUtf8(bytes);
-  std::u16string text;
-  text.reserve(bytes.size());
+  std::u16string text(bytes.size(), u'\0');
+  if (pairs_.empty()) {
+    std::transform(bytes.begin(), bytes.end(), text.begin(),
+                   [this](char byte) { return single_[static_cast<unsigned char>(byte)]; });
+    return text;
+  }
+  std::size_t length = 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const auto byte = static_cast<unsigned char>(bytes[i]);
     char16_t unit = single_[byte];
@@ -235,19 +241,25 @@ std::u16string CodePage::decode(std::string_view bytes) const {
       const bool alone = i + 1 == bytes.size() || bytes[i + 1] == '\0';
       unit = alone ? undefinedPair_ : decodePair(byte, static_cast<unsigned char>(bytes[++i]));
     }
-    text.push_back(unit);
+    text[length++] = unit;
   }
+  text.resize(length);
   return text;
 }
 
 std::string CodePage::encode(std::u16string_view text) const {
   if (utf8_) return ToUtf8(text);
-  std::string bytes;
-  bytes.reserve(text.size());
+  std::string bytes(text.size(), '\0');
+  if (pairs_.empty()) {
+    std::transform(text.begin(), text.end(), bytes.begin(),
+                   [this](char16_t unit) { return static_cast<char>(codes_[unit]); });
+    return bytes;
+  }
+  bytes.clear();
   for (const char16_t unit : text) {
     const std::uint16_t code = codes_[unit];
     if (code > 0xFF) bytes.push_back(static_cast<char>(code >> 8U));
-    bytes.push_back(code == 0 && unit != 0 ? '?' : static_cast<char>(code));
+    bytes.push_back(static_cast<char>(code));
   }
   return bytes;
 }
@@ -392,8 +404,7 @@ std::string ToUtf8(std::u16string_view text) {
   return bytes;
 }
 
-char16_t FoldCase(char16_t unit) {
-  if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20U) : unit;
+char16_t FoldBeyondAscii(char16_t unit) {
   static const std::vector<char16_t> table = LowerCaseTable();
   return table[unit];
 }

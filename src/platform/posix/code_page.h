@@ -16,7 +16,11 @@ std::u16string FromUtf8(std::string_view bytes);
 std::string ToUtf8(std::u16string_view text);
 
 /// Lower case unit by unit, for comparing names without case.
-char16_t FoldCase(char16_t unit);
+char16_t FoldBeyondAscii(char16_t unit);
+inline char16_t FoldCase(char16_t unit) {
+  if (unit >= 0x80) return FoldBeyondAscii(unit);
+  return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20U) : unit;
+}
 std::u16string FoldCase(std::u16string_view text);
 
 }  // namespace torvane::posix

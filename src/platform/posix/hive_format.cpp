@@ -54,30 +54,54 @@ void AppendNumber(std::string& out, std::uint64_t value, unsigned base, std::siz
   out.append(&digits[first], digits.size() - first);
 }
 
-void AppendEscaped(std::string& out, char16_t unit, char16_t following, std::string_view special) {
+void AppendEscape(std::string& out, char16_t unit, char16_t following) {
   if (unit > 127) {
     out += "\\x";
     AppendNumber(out, unit, 16, IsHexUnit(following) ? 4 : 1);
-  } else if (unit < 32) {
-    out += '\\';
-    if (kControlLetters[unit] != '.') {
-      out += kControlLetters[unit];
-    } else {
-      AppendNumber(out, unit, 8, IsOctalDigit(following) ? 3 : 1);
-    }
+  } else if (unit >= 32) {
+    out += {'\\', static_cast<char>(unit)};
+  } else if (kControlLetters[unit] != '.') {
+    out += {'\\', kControlLetters[unit]};
   } else {
-    const char byte = static_cast<char>(unit);
-    if (byte == '\\' || special.find(byte) != std::string_view::npos) out += '\\';
-    out += byte;
+    out += '\\';
+    AppendNumber(out, unit, 8, IsOctalDigit(following) ? 3 : 1);
   }
 }
 
-std::string Escape(std::u16string_view text, std::string_view special) {
-  std::string out;
-  out.reserve(text.size() + 8);
-  for (std::size_t i = 0; i < text.size(); ++i)
-    AppendEscaped(out, text[i], i + 1 < text.size() ? text[i + 1] : u'\0', special);
-  return out;
+/// Which of the ASCII characters stand for themselves where `special` have a meaning.
+using PlainSet = std::array<bool, 128>;
+constexpr PlainSet PlainBut(std::string_view special) {
+  PlainSet plain{};
+  for (std::size_t byte = 32; byte < plain.size(); ++byte) {
+    const char letter = static_cast<char>(byte);
+    plain[byte] = letter != '\\' && special.find(letter) == std::string_view::npos;
+  }
+  return plain;
+}
+constexpr PlainSet kPlainInQuotes = PlainBut("\"");
+constexpr PlainSet kPlainInBrackets = PlainBut("[]");
+
+void AppendEscaped(std::string& out, std::u16string_view text, const PlainSet& plain) {
+  const auto isPlain = [&plain](char16_t unit) { return unit < plain.size() && plain[unit]; };
+  while (!text.empty()) {
+    const auto run = static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isPlain) -
+                                              text.begin());
+    const std::size_t before = out.size();
+    out.resize(before + run);
+    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(run),
+                   out.begin() + static_cast<std::ptrdiff_t>(before),
+                   [](char16_t unit) { return static_cast<char>(unit); });
+    text.remove_prefix(run);
+    if (text.empty()) return;
+    AppendEscape(out, text[0], text.size() > 1 ? text[1] : u'\0');
+    text.remove_prefix(1);
+  }
+}
+
+void AppendQuoted(std::string& out, std::u16string_view text) {
+  out += '"';
+  AppendEscaped(out, text, kPlainInQuotes);
+  out += '"';
 }
 
 /// The closing character of escaped text, `end` if there is none. An escape never ends a line.
@@ -228,10 +252,11 @@ char16_t TextReader::escape() {
 }
 
 std::u16string DecodeText(std::string_view source) {
-  std::u16string text;
-  text.reserve(source.size());
+  std::u16string text(source.size(), u'\0');
+  std::size_t length = 0;
   TextReader reader(source);
-  for (char16_t unit = 0; reader.next(unit);) text += unit;
+  while (length < text.size() && reader.next(text[length])) ++length;
+  text.resize(length);
   return text;
 }
 
@@ -243,11 +268,9 @@ std::size_t CountUnits(std::string_view source) {
 }
 
 std::string EscapePath(std::u16string_view path) {
-  return Escape(path, "[]");
-}
-
-std::string EscapeQuoted(std::u16string_view text) {
-  return Escape(text, "\"");
+  std::string escaped;
+  AppendEscaped(escaped, path, kPlainInBrackets);
+  return escaped;
 }
 
 std::uint32_t HashName(std::u16string_view name) {
@@ -267,7 +290,7 @@ bool SameName(std::string_view source, std::u16string_view name) {
   TextReader reader(source);
   char16_t unit = 0;
   for (const char16_t wanted : name)
-    if (!reader.next(unit) || FoldUnit(unit) != FoldUnit(wanted)) return false;
+    if (!reader.next(unit) || FoldCase(unit) != FoldCase(wanted)) return false;
   return !reader.next(unit);
 }
 
@@ -278,7 +301,7 @@ bool SameName(std::string_view source, std::string_view other) {
   char16_t leftUnit = 0;
   char16_t rightUnit = 0;
   while (left.next(leftUnit))
-    if (!right.next(rightUnit) || FoldUnit(leftUnit) != FoldUnit(rightUnit)) return false;
+    if (!right.next(rightUnit) || FoldCase(leftUnit) != FoldCase(rightUnit)) return false;
   return !right.next(rightUnit);
 }
 
@@ -290,9 +313,13 @@ std::u16string UnitsOf(std::string_view bytes) {
   return text;
 }
 
-void AppendUnit(std::string& bytes, char16_t unit) {
-  bytes += static_cast<char>(unit & 0xFF);
-  bytes += static_cast<char>(unit >> 8);
+std::string BytesOf(std::u16string_view text) {
+  std::string bytes(text.size() * 2, '\0');
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    bytes[2 * i] = static_cast<char>(text[i] & 0xFF);
+    bytes[2 * i + 1] = static_cast<char>(text[i] >> 8);
+  }
+  return bytes;
 }
 
 ValueData DecodeData(std::string_view source) {
@@ -302,15 +329,19 @@ ValueData DecodeData(std::string_view source) {
   const char* const end = source.data() + source.size();
   data.type = form->type;
   if (form->kind == DataForm::Kind::Text) {
-    TextReader reader(TextBody(*form, end));
-    for (char16_t unit = 0; reader.next(unit);) AppendUnit(data.bytes, unit);
-    AppendUnit(data.bytes, u'\0');
+    data.bytes = BytesOf(DecodeText(TextBody(*form, end)) + u'\0');
   } else if (form->kind == DataForm::Kind::Dword) {
     data.bytes = LittleEndian(ParseDword(form->body, end));
   } else {
     ForEachHexByte(form->body, end, [&](char byte) { data.bytes += byte; });
   }
   return data;
+}
+
+std::optional<std::u16string> WrittenText(std::string_view source) {
+  const std::optional<DataForm> form = FormOf(source);
+  if (!form || form->kind != DataForm::Kind::Text) return std::nullopt;
+  return DecodeText(TextBody(*form, source.data() + source.size())) + u'\0';
 }
 
 DWORD DataType(std::string_view source) {
@@ -330,7 +361,13 @@ std::size_t DataSize(std::string_view source) {
 }
 
 std::string ValueLine(std::u16string_view name, const ValueData& data) {
-  std::string line = name.empty() ? "@" : '"' + EscapeQuoted(name) + '"';
+  std::string line;
+  line.reserve(name.size() + data.bytes.size() / 2 + 16);
+  if (name.empty()) {
+    line += '@';
+  } else {
+    AppendQuoted(line, name);
+  }
   line += '=';
   if (IsWrittenAsText(data)) {
     if (data.type != REG_SZ) {
@@ -340,7 +377,7 @@ std::string ValueLine(std::u16string_view name, const ValueData& data) {
     }
     std::u16string text = UnitsOf(data.bytes);
     text.pop_back();
-    line += '"' + EscapeQuoted(text) + '"';
+    AppendQuoted(line, text);
   } else if (data.type == REG_DWORD && data.bytes.size() == sizeof(DWORD)) {
     const std::u16string halves = UnitsOf(data.bytes);
     line += "dword:";
@@ -348,7 +385,8 @@ std::string ValueLine(std::u16string_view name, const ValueData& data) {
   } else {
     AppendHex(line, data);
   }
-  return line + '\n';
+  line += '\n';
+  return line;
 }
 
 /// Passes over one physical line; gives its end without the line end, null where it has none.

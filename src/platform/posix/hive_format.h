@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -45,18 +46,13 @@ std::u16string DecodeText(std::string_view source);
 /// Number of 16-bit units of escaped text.
 std::size_t CountUnits(std::string_view source);
 
-/// Escaped text of a key path, to stand in brackets; of a name or a text, to stand in quotes.
+/// Escaped text of a key path, to stand in brackets.
 std::string EscapePath(std::u16string_view path);
-std::string EscapeQuoted(std::u16string_view text);
 
 /// For hashing and comparing names without case.
-inline char16_t FoldUnit(char16_t unit) {
-  if (unit >= 0x80) return FoldCase(unit);
-  return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
-}
 inline constexpr std::uint32_t kHashStart = 2166136261U;
 inline std::uint32_t HashUnit(std::uint32_t hash, char16_t unit) {
-  return (hash ^ FoldUnit(unit)) * 16777619U;
+  return (hash ^ FoldCase(unit)) * 16777619U;
 }
 std::uint32_t HashName(std::u16string_view name);
 std::uint32_t HashName(std::string_view source);
@@ -69,12 +65,14 @@ struct ValueData {
   std::string bytes;
 };
 
-/// UTF-16 text of its bytes; a spare last byte is dropped.
+/// UTF-16 text of its bytes, of which a spare last one is dropped; and the bytes of such text.
 std::u16string UnitsOf(std::string_view bytes);
-void AppendUnit(std::string& bytes, char16_t unit);
+std::string BytesOf(std::u16string_view text);
 
 /// The data of a sound value line (what stands behind its "=").
 ValueData DecodeData(std::string_view source);
+/// The text, with its closing NUL, of data that is written as text; nothing for other forms.
+std::optional<std::u16string> WrittenText(std::string_view source);
 /// Type and size in bytes, without making the bytes.
 DWORD DataType(std::string_view source);
 std::size_t DataSize(std::string_view source);

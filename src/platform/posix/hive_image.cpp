@@ -4,6 +4,7 @@
 #include "platform/posix/hive_image.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -188,8 +189,15 @@ void HiveImage::appendRecord(KeyId key, const char* text, std::uint32_t length) 
 }
 
 std::optional<KeyId> HiveImage::find(std::u16string_view path) const {
+  if (lastFound_ != kNone && path.size() == lastPath_.size() &&
+      std::memcmp(path.data(), lastPath_.data(), path.size() * sizeof(char16_t)) == 0) {
+    return lastFound_;
+  }
   const KeyId key = index_[position(HashName(path), path)];
-  return key == kNone ? std::nullopt : std::optional(key);
+  if (key == kNone) return std::nullopt;
+  lastPath_ = path;
+  lastFound_ = key;
+  return key;
 }
 
 KeyId HiveImage::create(std::u16string_view path) {

@@ -128,6 +128,8 @@ class HiveImage {
   std::vector<std::uint32_t> index_;  ///< open addressing, by the folded path's hash
   std::vector<Ancestor> ancestors_;   ///< of the path in hand
   std::size_t links_ = 0;
+  mutable std::u16string lastPath_;  ///< what was found last: a list opens one key for each value
+  mutable KeyId lastFound_ = kNone;
   std::deque<std::string> ownPaths_;
   std::unordered_map<KeyId, std::unique_ptr<KeyValues>> values_;
   std::unordered_map<std::uint32_t, std::string> ownTexts_;  ///< by record

@@ -6,8 +6,6 @@
 
 #include <algorithm>
 
-#include "platform/posix/code_page.h"
-
 namespace torvane::posix {
 namespace {
 
@@ -186,7 +184,7 @@ bool KeyValues::erase(std::u16string_view name) {
 std::size_t KeyValues::longestName() const {
   std::size_t longest = 0;
   for (const Slot& slot : slots_)
-    if (slot.alive) longest = std::max(longest, ToCodePage(DecodeText(slot.name)).size());
+    if (slot.alive) longest = std::max(longest, CountUnits(slot.name));
   return longest;
 }
 

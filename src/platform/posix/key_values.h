@@ -42,7 +42,7 @@ class KeyValues {
   void touch() { changed_ = true; }
   bool changed() const { return changed_; }
 
-  /// In characters of the code page (names) and bytes (data), 0 without values.
+  /// In 16-bit units (names) and bytes (data), 0 without values.
   std::size_t longestName() const;
   std::size_t longestData() const;
   /// The key's class, and its time in 100 ns since 1601.

@@ -52,18 +52,14 @@ bool IsCreatable(std::u16string_view path) {
 }
 
 /// The data as the A calls give it: text in the code page.
-std::string BytesForCaller(const ValueData& data) {
-  return IsTextType(data.type) ? ToCodePage(UnitsOf(data.bytes)) : data.bytes;
+std::string BytesForCaller(std::string_view data) {
+  if (const auto text = WrittenText(data)) return ToCodePage(*text);
+  ValueData stored = DecodeData(data);
+  return IsTextType(stored.type) ? ToCodePage(UnitsOf(stored.bytes)) : std::move(stored.bytes);
 }
 
 ValueData DataFromCaller(DWORD type, std::string_view bytes) {
-  ValueData data{type, {}};
-  if (!IsTextType(type)) {
-    data.bytes = bytes;
-    return data;
-  }
-  for (const char16_t unit : FromCodePage(bytes)) AppendUnit(data.bytes, unit);
-  return data;
+  return {type, IsTextType(type) ? BytesOf(FromCodePage(bytes)) : std::string(bytes)};
 }
 
 /// Hands bytes to a caller under the rules that hold for all calls: no buffer asks for the size.
@@ -77,13 +73,14 @@ LSTATUS GiveBytes(std::string_view bytes, BYTE* buffer, DWORD& size) {
 
 /// Hands data to a caller of an A call. An unterminated text gets a NUL where there is room for
 /// one.
-LSTATUS GiveData(const ValueData& data, DWORD* type, BYTE* buffer, DWORD* size) {
-  if (type != nullptr) *type = data.type;
+LSTATUS GiveData(std::string_view data, DWORD* type, BYTE* buffer, DWORD* size) {
+  const DWORD ownType = DataType(data);
+  if (type != nullptr) *type = ownType;
   if (size == nullptr) return ERROR_SUCCESS;
   const std::string bytes = BytesForCaller(data);
   const DWORD room = *size;
   const LSTATUS status = GiveBytes(bytes, buffer, *size);
-  const bool isTerminated = !IsTextType(data.type) || bytes.empty() || bytes.back() == '\0';
+  const bool isTerminated = !IsTextType(ownType) || bytes.empty() || bytes.back() == '\0';
   if (status == ERROR_SUCCESS && buffer != nullptr && !isTerminated && room > bytes.size())
     buffer[bytes.size()] = 0;
   return status;
@@ -129,21 +126,23 @@ LSTATUS Open(HKEY root, LPCSTR path, REGSAM rights, bool isCreating, HKEY* key, 
   if (parent == nullptr) return ERROR_INVALID_HANDLE;
   std::u16string relative;
   if (!ReadPath(path, relative)) return ERROR_BAD_PATHNAME;
-  auto place = world.locate(*parent, relative);
+  const bool isAllowed = IsCreatable(relative);
+  auto place = world.locate(*parent, std::move(relative));
   if (!place) return ERROR_FILE_NOT_FOUND;
   Hive& hive = *place->hive;
-  isNew = !hive.image().find(place->path);
+  auto found = hive.image().find(place->path);
+  isNew = !found;
   if (isNew && !isCreating) return ERROR_FILE_NOT_FOUND;
-  if (isNew && !IsCreatable(relative)) return ERROR_INVALID_PARAMETER;
+  if (isNew && !isAllowed) return ERROR_INVALID_PARAMETER;
   if (isNew || (rights & kChangingRights) != 0) {
     const LSTATUS status = hive.mayChange();
     if (status != ERROR_SUCCESS) return status;
   }
   if (isNew) {
-    hive.image().create(place->path);
+    found = hive.image().create(place->path);
     hive.noteChange();
   }
-  *key = world.add(std::move(*place), rights);
+  *key = world.add(std::move(*place), rights, *found);
   return ERROR_SUCCESS;
 }
 
@@ -192,7 +191,7 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD*, DWORD* type, BYTE* data,
   if (open.status != ERROR_SUCCESS) return open.status;
   const auto value = open.values->find(wanted);
   if (!value) return ERROR_FILE_NOT_FOUND;
-  return GiveData(DecodeData(value->data), type, data, size);
+  return GiveData(value->data, type, data, size);
 }
 
 LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, DWORD*, DWORD* type, BYTE* data, DWORD* size) {
@@ -239,7 +238,7 @@ LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, DWORD* nameSize, DWORD*
   const std::string bytes = ToCodePage(value->decodedName());
   if (bytes.size() >= *nameSize) return ERROR_MORE_DATA;
   if (dataSize != nullptr) {
-    const LSTATUS status = GiveData(DecodeData(value->data), nullptr, data, dataSize);
+    const LSTATUS status = GiveData(value->data, nullptr, data, dataSize);
     if (status != ERROR_SUCCESS) return status;
   }
   std::memcpy(name, bytes.c_str(), bytes.size() + 1);

@@ -35,7 +35,7 @@ const AtForget kForgetRegistry([] { World().reset(); });
 bool IsWithin(std::u16string_view path, std::u16string_view folded) {
   if (path.size() < folded.size()) return false;
   for (std::size_t i = 0; i < folded.size(); ++i)
-    if (FoldUnit(path[i]) != folded[i]) return false;
+    if (FoldCase(path[i]) != folded[i]) return false;
   return path.size() == folded.size() || path[folded.size()] == u'\\';
 }
 
@@ -55,6 +55,8 @@ std::u16string TextOf(const ValueData& data) {
 
 std::optional<KeyId> OpenKey::find() {
   Hive& hive = *place_.hive;
+  // The other keys saw to this when they were opened.
+  if (place_.path.empty()) hive.refresh();
   // A key that isn't there may come to be through another handle.
   if (!known_ || generation_ != hive.generation()) {
     known_ = hive.image().find(place_.path);
@@ -80,7 +82,7 @@ RegistryWorld::RegistryWorld()
       own_(PrefixRoot() / "torvane.reg", HiveRole::Own) {
   const auto addPredefined = [this](HKEY handle, Hive& hive) {
     keys_.emplace(reinterpret_cast<std::uintptr_t>(handle),
-                  OpenKey({&hive, std::u16string()}, kAllRights));
+                  OpenKey({&hive, std::u16string()}, kAllRights, std::nullopt));
   };
   addPredefined(HKEY_CURRENT_USER, user_);
   addPredefined(HKEY_LOCAL_MACHINE, machine_);
@@ -88,15 +90,13 @@ RegistryWorld::RegistryWorld()
 
 OpenKey* RegistryWorld::key(HKEY handle) {
   const auto found = keys_.find(reinterpret_cast<std::uintptr_t>(handle));
-  if (found == keys_.end()) return nullptr;
-  if (handle == HKEY_CURRENT_USER || handle == HKEY_LOCAL_MACHINE) found->second.hive().refresh();
-  return &found->second;
+  return found == keys_.end() ? nullptr : &found->second;
 }
 
-HKEY RegistryWorld::add(KeyPlace place, REGSAM rights) {
+HKEY RegistryWorld::add(KeyPlace place, REGSAM rights, KeyId known) {
   constexpr std::uintptr_t kStep = 4;
   HandleCounter() += kStep;
-  keys_.emplace(HandleCounter(), OpenKey(std::move(place), rights));
+  keys_.emplace(HandleCounter(), OpenKey(std::move(place), rights, known));
   return reinterpret_cast<HKEY>(HandleCounter());
 }
 
@@ -105,8 +105,9 @@ bool RegistryWorld::close(HKEY handle) {
   return keys_.erase(reinterpret_cast<std::uintptr_t>(handle)) != 0;
 }
 
-std::optional<KeyPlace> RegistryWorld::locate(const OpenKey& parent, std::u16string_view path) {
-  return follow({&parent.hive(), Joined(parent.path(), path)});
+std::optional<KeyPlace> RegistryWorld::locate(const OpenKey& parent, std::u16string path) {
+  if (!parent.path().empty()) path = Joined(parent.path(), path);
+  return follow({&parent.hive(), std::move(path)});
 }
 
 std::optional<KeyPlace> RegistryWorld::follow(KeyPlace place) {
@@ -138,7 +139,7 @@ std::optional<KeyPlace> RegistryWorld::follow(KeyPlace place) {
 std::optional<std::u16string> MachineText(std::u16string_view keyPath,
                                           std::u16string_view valueName) {
   RegistryWorld& world = RegistryWorld::Instance();
-  const auto place = world.locate(*world.key(HKEY_LOCAL_MACHINE), keyPath);
+  const auto place = world.locate(*world.key(HKEY_LOCAL_MACHINE), std::u16string(keyPath));
   if (!place) return std::nullopt;
   HiveImage& image = place->hive->image();
   const auto key = image.find(place->path);

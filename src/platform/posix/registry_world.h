@@ -21,7 +21,12 @@ struct KeyPlace {
 /// A key behind a handle.
 class OpenKey {
  public:
-  OpenKey(KeyPlace place, REGSAM rights) : place_(std::move(place)), rights_(rights) {}
+  /// `known` is the key in the hive, where that has been looked up.
+  OpenKey(KeyPlace place, REGSAM rights, std::optional<KeyId> known)
+      : place_(std::move(place)),
+        rights_(rights),
+        generation_(place_.hive->generation()),
+        known_(known) {}
 
   Hive& hive() const { return *place_.hive; }
   const std::u16string& path() const { return place_.path; }
@@ -32,7 +37,7 @@ class OpenKey {
  private:
   KeyPlace place_;
   REGSAM rights_;
-  std::uint64_t generation_ = 0;
+  std::uint64_t generation_;
   std::optional<KeyId> known_;
 };
 
@@ -51,13 +56,13 @@ class RegistryWorld {
 
   /// The key behind a handle, null for a bad one. The predefined keys are open with all rights.
   OpenKey* key(HKEY handle);
-  HKEY add(KeyPlace place, REGSAM rights);
+  HKEY add(KeyPlace place, REGSAM rights, KeyId known);
   /// Gives false for a bad handle.
   bool close(HKEY handle);
 
   /// The place of a path below an open key, its hive as it is on disk; nothing where a symbolic
   /// link on the way leads nowhere.
-  std::optional<KeyPlace> locate(const OpenKey& parent, std::u16string_view path);
+  std::optional<KeyPlace> locate(const OpenKey& parent, std::u16string path);
 
  private:
   std::optional<KeyPlace> follow(KeyPlace place);
