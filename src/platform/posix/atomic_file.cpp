@@ -1,7 +1,11 @@
 // The new content goes to a file of a fixed name in the same folder, which is synced and renamed.
 // The name is fixed so that what a killed writer left is found and removed by the next one; the
-// folder's lock sees to it that no two writers use it at once.
+// folder's lock sees to it that no two writers use it at once. Others who may write to the folder
+// can put something at that name too: what a writer can't have left there is not touched, and
+// nothing is written while it stands.
 #include "platform/posix/atomic_file.h"
+
+#include "platform/posix/write_back.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -43,6 +47,25 @@ std::filesystem::path TemporaryFor(const std::filesystem::path& target) {
   constexpr std::size_t kLongestStem = 240;
   return target.parent_path() /
          ("." + target.filename().string().substr(0, kLongestStem) + ".torvane");
+}
+
+/// Whether a writer of `target` can have left this: a plain file under one name, of this user or of
+/// the owner that the finished file was to have.
+bool IsLeftover(const struct stat& found, const std::filesystem::path& target) {
+  if (!S_ISREG(found.st_mode) || found.st_nlink != 1) return false;
+  struct stat old {};
+  return found.st_uid == geteuid() ||
+         (stat(target.c_str(), &old) == 0 && found.st_uid == old.st_uid);
+}
+
+/// Whether there is a leftover at the temporary name. Throws where something else is.
+bool FindLeftover(const std::filesystem::path& temporary, const std::filesystem::path& target) {
+  struct stat found {};
+  if (lstat(temporary.c_str(), &found) != 0) return false;
+  if (IsLeftover(found, target)) return true;
+  throw WriteRefused(
+      std::errc::file_exists,
+      temporary.string() + " is in the way, a link or another user's file, which stays as it is");
 }
 
 /// Reads up to `size` bytes; gives how many there were.
@@ -136,6 +159,7 @@ std::filesystem::path ResolveTarget(const std::filesystem::path& path) {
 void CheckReplaceable(const std::filesystem::path& target) {
   CheckWritable(target.parent_path());
   if (StampOf(target).exists()) CheckWritable(target);
+  FindLeftover(TemporaryFor(target), target);
 }
 
 FolderLock::FolderLock(const std::filesystem::path& folder)
@@ -154,8 +178,8 @@ FolderLock::FolderLock(const std::filesystem::path& folder)
 FileReplacement::FileReplacement(const std::filesystem::path& target)
     : target_(target), temporary_(TemporaryFor(target)) {
   CheckReplaceable(target_);
-  // Under the lock, whatever has this name is left over from a writer that died.
-  if (unlink(temporary_.c_str()) != 0 && errno != ENOENT) Fail(errno, temporary_);
+  // Under the lock, the writer that it was left by is dead.
+  if (FindLeftover(temporary_, target_) && unlink(temporary_.c_str()) != 0) Fail(errno, temporary_);
   file_ = FileDescriptor(
       open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!file_) Fail(errno, temporary_);
@@ -221,7 +245,7 @@ FileStamp FileReplacement::commit(FileDescriptor* descriptor) {
   const FileDescriptor folder(
       open(target_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   // EINVAL: a file system that can't sync folders.
-  if (!folder || (fsync(folder.get()) != 0 && errno != EINVAL)) Fail(errno, target_.parent_path());
+  if (!folder || (fsync(folder.get()) != 0 && errno != EINVAL)) throw NotSynced(errno);
   if (descriptor != nullptr) *descriptor = std::move(file_);
   return stamp;
 }
@@ -237,7 +261,7 @@ FileStamp ReplaceFile(const std::filesystem::path& path, std::string_view conten
 void RemoveStaleReplacement(const std::filesystem::path& target) {
   const std::filesystem::path temporary = TemporaryFor(target);
   struct stat status {};
-  if (lstat(temporary.c_str(), &status) != 0) return;
+  if (lstat(temporary.c_str(), &status) != 0 || !IsLeftover(status, target)) return;
   const FileDescriptor folder(
       open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder && flock(folder.get(), LOCK_EX | LOCK_NB) == 0) unlink(temporary.c_str());

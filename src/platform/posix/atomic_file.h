@@ -73,8 +73,9 @@ FileContent ReadWholeFile(const std::filesystem::path& path);
 std::filesystem::path ResolveTarget(const std::filesystem::path& path);
 
 /// Throws std::system_error with the reason where a file, or the folder that it lies in, may not be
-/// written: by their mode bits, which are asked for root too, or by the system. A file that isn't
-/// there asks its folder only.
+/// written: by their mode bits, which are asked for root too, or by the system; or where something
+/// that no writer left stands at the name of the new file. A file that isn't there asks its folder
+/// only.
 void CheckReplaceable(const std::filesystem::path& target);
 
 /// Holds a folder against the other programs that replace files in it through this class.
@@ -102,7 +103,8 @@ class FileReplacement {
   /// Throws std::system_error.
   void append(std::string_view bytes);
   /// Puts the new file, with the old one's mode and owner, in its place and on the disk; gives its
-  /// stamp, and its descriptor in `descriptor` if that isn't null. Throws std::system_error.
+  /// stamp, and its descriptor in `descriptor` if that isn't null. Throws std::system_error, which
+  /// is a NotSynced where the new file is in its place.
   FileStamp commit(FileDescriptor* descriptor = nullptr);
 
  private:

@@ -99,7 +99,7 @@ LSTATUS Hive::mayChange() {
   try {
     CheckReplaceable(ResolveTarget(file_));
   } catch (const std::system_error& error) {
-    RefusalNote() = file_.string() + " can't be written: " + error.code().message() + ".";
+    RefusalNote() = file_.string() + " can't be written: " + ReasonOf(error) + ".";
     return ERROR_ACCESS_DENIED;
   }
   if (role_ == HiveRole::User && WineServerRuns(file_.parent_path())) {

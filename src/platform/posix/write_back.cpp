@@ -19,6 +19,11 @@ const AtForget kForgetChanges([] { Changed().clear(); });
 
 }  // namespace
 
+std::string ReasonOf(const std::system_error& error) {
+  const auto* refusal = dynamic_cast<const WriteRefused*>(&error);
+  return refusal != nullptr ? refusal->reason() : error.code().message();
+}
+
 void MarkChanged(ChangedFile& file) {
   auto& files = Changed();
   if (std::find(files.begin(), files.end(), &file) == files.end()) files.push_back(&file);
@@ -28,6 +33,10 @@ void UnmarkChanged(ChangedFile& file) {
   std::erase(Changed(), &file);
 }
 
+bool ChangesWait() {
+  return !Changed().empty();
+}
+
 std::vector<WriteFailure> WriteBackChanges() {
   std::vector<WriteFailure> failures;
   const std::vector<ChangedFile*> files = Changed();
@@ -35,12 +44,11 @@ std::vector<WriteFailure> WriteBackChanges() {
     try {
       file->writeBack();
       UnmarkChanged(*file);
-    } catch (const PrefixInUse& error) {
-      failures.push_back({file->hostPath(), error.reason(), true});
-    } catch (const WriteRefused& error) {
-      failures.push_back({file->hostPath(), error.reason(), false});
     } catch (const std::system_error& error) {
-      failures.push_back({file->hostPath(), error.code().message(), false});
+      failures.push_back({.path = file->hostPath(),
+                          .reason = ReasonOf(error),
+                          .inUseByWine = dynamic_cast<const PrefixInUse*>(&error) != nullptr,
+                          .isReplaced = dynamic_cast<const NotSynced*>(&error) != nullptr});
     }
   }
   return failures;

@@ -8,11 +8,12 @@
 
 namespace torvane::posix {
 
-/// A file that couldn't be written; its old content stands and its changes are kept.
+/// A file that couldn't be written; its changes are kept.
 struct WriteFailure {
   std::string path;    ///< host path, UTF-8
   std::string reason;  ///< the system's words
   bool inUseByWine = false;
+  bool isReplaced = false;  ///< the new content stands, else the old
 };
 
 /// A write that this layer refuses, for a reason in its own words (English, UTF-8).
@@ -25,6 +26,16 @@ class WriteRefused : public std::system_error {
  private:
   std::string reason_;
 };
+
+/// The new file is in its place, but a power cut may bring the old one back: the folder couldn't be
+/// synced.
+class NotSynced : public std::system_error {
+ public:
+  explicit NotSynced(int code) : std::system_error(code, std::generic_category()) {}
+};
+
+/// Why a write failed, for the user: the refusal's words, else the system's (UTF-8).
+std::string ReasonOf(const std::system_error& error);
 
 /// A cached file of the Windows world whose changes wait to be written.
 class ChangedFile {
@@ -41,6 +52,8 @@ void MarkChanged(ChangedFile& file);
 /// Takes a file off the list, its changes lost.
 void UnmarkChanged(ChangedFile& file);
 
+/// Whether there are files with changes.
+bool ChangesWait();
 /// Writes every changed file. The window's loop calls it when it goes idle, and the program when it
 /// ends. Gives the files that failed; they stay on the list and the next call tries them again.
 std::vector<WriteFailure> WriteBackChanges();

@@ -28,7 +28,6 @@ class WriteBack {
 
  private:
   using Paragraphs = std::vector<std::string>;
-  static Paragraphs write();
   void writeAndTell();
 
   Paragraphs told_;
