@@ -73,7 +73,7 @@ class Display:
         if not number:
             raise RuntimeError('Xvfb gave no display')
         self.environment = {**os.environ, 'DISPLAY': ':' + number, 'QT_QPA_PLATFORM': 'xcb',
-                            'XDG_RUNTIME_DIR': self.folder}
+                            'XDG_RUNTIME_DIR': self.folder, 'TMPDIR': self.folder}
         if 'UTF-8' not in os.environ.get('LC_ALL', os.environ.get('LANG', '')).upper():
             self.environment['LC_ALL'] = 'C.UTF-8'
         self._spawn(['openbox'], env=self.environment)

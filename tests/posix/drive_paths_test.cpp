@@ -148,7 +148,6 @@ TEST_F(DrivePathsTest, TemporaryFilesAreOursAlone) {
   ::setenv("TMPDIR", (folder / "none").c_str(), 1);
   GetTempPathA(MAX_PATH, path.data());
   EXPECT_STREQ(path.data(), "\\\\?\\unix\\tmp\\");
-  ::unsetenv("TMPDIR");
 
   const fs::path host = FindHostPath(FromAnsi(name.data())).value_or("");
   EXPECT_TRUE(fs::equivalent(host.parent_path(), folder));

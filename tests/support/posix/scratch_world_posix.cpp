@@ -15,7 +15,14 @@ constexpr std::string_view kHiveHeader =
     "WINE REGISTRY Version 2\n;; All keys relative to \\\\User\\\\S-1-5-21-0-0-0-1000\n\n"
     "#arch=win64\n";
 
+std::string& OuterTemporaryFolder() {
+  static std::string folder;
+  return folder;
+}
+
 }  // namespace
+
+const int ScratchWorld::kManyValues = 100'000;
 
 ScratchWorld::ScratchWorld() {
   std::string pattern = std::filesystem::temp_directory_path() / "torvane-test-XXXXXX";
@@ -28,12 +35,21 @@ ScratchWorld::ScratchWorld() {
     std::ofstream(scratch_ / hive) << kHiveHeader;
   }
   ::setenv("WINEPREFIX", scratch_.c_str(), 1);
+  // What a killed child leaves in its temporary folder goes with the prefix.
+  OuterTemporaryFolder() = std::getenv("TMPDIR") != nullptr ? std::getenv("TMPDIR") : "";
+  std::filesystem::create_directories(scratch_ / "tmp");
+  ::setenv("TMPDIR", (scratch_ / "tmp").c_str(), 1);
   posix::ForgetWorld();
   folder_ = "C:\\scratch";
   std::filesystem::create_directories(Host(folder_));
 }
 
 ScratchWorld::~ScratchWorld() {
+  if (OuterTemporaryFolder().empty()) {
+    ::unsetenv("TMPDIR");
+  } else {
+    ::setenv("TMPDIR", OuterTemporaryFolder().c_str(), 1);
+  }
   posix::ForgetWorld();
   // A leftover in the temporary folder fails no test.
   std::error_code ignored;
