@@ -60,7 +60,6 @@ FormWindow::FormWindow(Form& form)
       form_(&form),
       menuBar_(&MakeChild<QMenuBar>(this)),
       client_(&MakeChild<QWidget>(this)) {
-  menuBar_->setNativeMenuBar(false);
   FillMenuBar(*menuBar_, form.MenuBar(),
               [](MenuItem& item) { RunCommand([&item] { item.Click(); }); });
   menuBar_->setVisible(!menuBar_->actions().isEmpty());

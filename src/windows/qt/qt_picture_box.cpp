@@ -3,6 +3,7 @@
 
 #include <QFontMetricsF>
 #include <QImage>
+#include <QScreen>
 #include <QStyle>
 #include <QStyleOptionFrame>
 
@@ -14,7 +15,15 @@ QFont PictureBoxWidget::textFont() const {
   return own;
 }
 
+bool PictureBoxWidget::isFresh() const {
+  constexpr qreal kMillisecondsPerSecond = 1000;
+  return sincePainted_.isValid() &&
+         static_cast<qreal>(sincePainted_.elapsed()) * screen()->refreshRate() <
+             kMillisecondsPerSecond;
+}
+
 void PictureBoxWidget::paintEvent(QPaintEvent*) {
+  sincePainted_.start();
   const qreal ratio = devicePixelRatioF();
   QImage image(size() * ratio, QImage::Format_ARGB32_Premultiplied);
   image.setDevicePixelRatio(ratio);
@@ -32,6 +41,14 @@ void PictureBoxWidget::paintEvent(QPaintEvent*) {
   frame.lineWidth = 1;
   frame.state |= QStyle::State_Sunken;
   style()->drawPrimitive(QStyle::PE_Frame, &frame, &painter, this);
+}
+
+void QtPictureBox::refresh() {
+  if (widget().isFresh()) {
+    widget().update();
+  } else {
+    QtControl::refresh();
+  }
 }
 
 float QtPictureBox::textWidth(const Text& text) const {

@@ -1,6 +1,8 @@
 // The view of a picture box: carries out what the box has recorded.
 #pragma once
 
+#include <QElapsedTimer>
+
 #include "windows/qt/qt_control.h"
 
 namespace torvane {
@@ -14,6 +16,8 @@ class PictureBoxWidget : public QWidget {
   }
 
   QFont textFont() const;
+  /// Whether the screen hasn't come round to another frame since this was last painted.
+  bool isFresh() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -21,6 +25,7 @@ class PictureBoxWidget : public QWidget {
  private:
   const PictureBox& model_;
   QtPictures& pictures_;
+  QElapsedTimer sincePainted_;
 };
 
 class QtPictureBox : public QtControl<PictureBoxView, PictureBoxWidget> {
@@ -29,6 +34,9 @@ class QtPictureBox : public QtControl<PictureBoxView, PictureBoxWidget> {
       : QtControl(model, pictures, {}, model, pictures, &parent) {}
   float textWidth(const Text& text) const override;
   float textHeight(const Text& text) const override;
+  /// Paints at once, but no more often than the screen shows it: that would only hold up the work
+  /// whose progress is drawn.
+  void refresh() override;
 };
 
 }  // namespace torvane

@@ -79,6 +79,27 @@ QIcon MakeShellIcon(int number) {
   return ThemeIcon(QStringLiteral("unknown"), QStyle::SP_FileIcon);
 }
 
+/// The smallest image in an .ico file that is as wide as wanted, else the widest. The others aren't
+/// decoded.
+QImage ImageFromIcon(const QByteArray& bytes, int pixels) {
+  QBuffer buffer;
+  buffer.setData(bytes);
+  buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer, "ico");
+  int best = 0;
+  int bestWidth = 0;
+  for (int index = 0; index < reader.imageCount(); ++index) {
+    reader.jumpToImage(index);
+    const int width = reader.size().width();
+    if (width >= pixels ? bestWidth < pixels || width < bestWidth : width > bestWidth) {
+      best = index;
+      bestWidth = width;
+    }
+  }
+  reader.jumpToImage(best);
+  return reader.read();
+}
+
 /// The hand of the cursor resource. A .cur file is an .ico file with the hotspot where that has
 /// planes and depth.
 QCursor HandCursor() {
@@ -110,8 +131,10 @@ class StepPainter {
     pictures_.shellIcon(step.number).paint(&painter_, step.left, step.top, kSmallIcon, kSmallIcon);
   }
   void operator()(const DrawResourceIcon& step) const {
-    pictures_.resourceIcon(step.id).paint(&painter_, step.place.left, step.place.top,
-                                          step.place.width, step.place.height);
+    const QRectF place(step.place.left, step.place.top, step.place.width, step.place.height);
+    const qreal pixels = step.place.width * painter_.device()->devicePixelRatioF();
+    painter_.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter_.drawImage(place, pictures_.resourceImage(step.id, qRound(pixels)));
   }
   void operator()(const DrawCaption& step) const {
     painter_.setFont(tools_.font);
@@ -216,6 +239,12 @@ const QIcon& QtPictures::shellIcon(int number) {
 const QIcon& QtPictures::resourceIcon(int id) {
   const auto [place, fresh] = resourceIcons_.try_emplace(id);
   if (fresh) place->second = IconFromBytes(Bytes(IconResource(id)));
+  return place->second;
+}
+
+const QImage& QtPictures::resourceImage(int id, int pixels) {
+  const auto [place, fresh] = resourceImages_.try_emplace({id, pixels});
+  if (fresh) place->second = ImageFromIcon(Bytes(IconResource(id)), pixels);
   return place->second;
 }
 

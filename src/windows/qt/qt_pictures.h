@@ -5,9 +5,11 @@
 #include <QColor>
 #include <QCursor>
 #include <QIcon>
+#include <QImage>
 #include <QPainter>
 #include <QPalette>
 #include <map>
+#include <utility>
 
 #include "windows/controls/picture_box.h"
 
@@ -38,6 +40,8 @@ class QtPictures {
   const QIcon& shellIcon(int number);
   /// Icon resource `id`.
   const QIcon& resourceIcon(int id);
+  /// The image of icon resource `id` to draw at a width of so many pixels.
+  const QImage& resourceImage(int id, int pixels);
   /// A picture of a tree's image list, drawn whenever it is painted.
   QIcon pictureIcon(const Picture& picture, const QPalette& palette);
   QCursor cursor(MousePointer pointer);
@@ -48,6 +52,7 @@ class QtPictures {
  private:
   std::map<int, QIcon> shellIcons_;
   std::map<int, QIcon> resourceIcons_;
+  std::map<std::pair<int, int>, QImage> resourceImages_;  ///< by number and width
 };
 
 }  // namespace torvane

@@ -89,6 +89,8 @@ bool QtToolkit::Start() {
     std::fputs("torvane: no display to open a window on (DISPLAY and WAYLAND_DISPLAY)\n", stderr);
     return false;
   }
+  // The menu bar is the window's own; asking the session for another place would hold up the start.
+  QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
   application_ = std::make_unique<QApplication>(argumentCount_, arguments_);
   QApplication::setApplicationName(QStringLiteral("torvane"));
   QApplication::setDesktopFileName(QStringLiteral("torvane"));
