@@ -119,9 +119,10 @@ TEST_F(LongListsTest, AreShownAndDeletedUnderTheHourglass) {
   };
   const auto makeIni = [&] {
     std::string lines = "[Ramo's WinVi]\r\n";
-    for (int n = 0; n < 100'000; ++n) lines += "RecentFile" + std::to_string(n) + "=c:\\none\r\n";
+    for (int n = 0; n < kManyValues; ++n)
+      lines += "RecentFile" + std::to_string(n) + "=c:\\none\r\n";
     MakeWindowsFile("win.ini", lines);
-    return 100'000;
+    return kManyValues;
   };
   // The names of 592 keys fill the 8,192 characters; with them go the
   // numbers from 0 to their count. The rest of them is longer and comes first from then on, so that
@@ -130,7 +131,7 @@ TEST_F(LongListsTest, AreShownAndDeletedUnderTheHourglass) {
       {"values", u"Nero-Burning Rom", makeFiles, kManyValues, kManyValues / 10 * 9,
        kManyValues / 10, 0},
       {"texts", u"Nero-Burning Rom", makeTexts, 4, 2, 2, 0},
-      {"keys", u"WinVi", makeIni, 592, 592, 100'000 - 593, 99'998 - 574},
+      {"keys", u"WinVi", makeIni, 592, 592, kManyValues - 593, kManyValues - 2 - 574},
   };
   for (const LongList& list : lists) {
     SCOPED_TRACE(list.name);

@@ -47,7 +47,7 @@ class ScratchWorld : public ::testing::Test {
   static std::map<std::string, std::string> Values(const std::string& path);
   /// Name and text of every value, closing NUL taken off.
   static std::map<std::string, std::string> Texts(const std::string& path);
-  /// As many values in a key as a test has the time to write and to delete one by one.
+  /// As many entries in a store as a test has the time to write and to delete one by one.
   static const int kManyValues;
   /// Lets the platform write what it holds back.
   static void WriteBack();
