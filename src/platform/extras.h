@@ -40,4 +40,8 @@ std::optional<int> AnswerArguments(std::span<const char* const> arguments);
 /// doesn't exist.
 void CompleteShellImageList();
 
+/// The number in the shell's image list of the picture that an .ico file is; `shown`, which the
+/// shell gave for the path, for any other file and where there is none.
+int ImageOfIconFile(const std::u16string& path, int shown);
+
 }  // namespace torvane

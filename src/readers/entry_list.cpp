@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/extras.h"
 #include "platform/winapi.h"
 #include "readers/icon_paths.h"
 #include "storage/clsParse.h"
@@ -56,7 +57,7 @@ int ImageNumber(const Text& iconPath, UINT flags) {
     SHFILEINFOA info{};
     // A path that the shell doesn't know leaves image 0.
     SHGetFileInfoA(ToAnsi(iconPath).c_str(), 0, &info, sizeof info, flags);
-    last = {iconPath, flags, info.iIcon};
+    last = {iconPath, flags, ImageOfIconFile(iconPath, info.iIcon)};
   }
   return last.number;
 }

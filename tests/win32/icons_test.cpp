@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
+#include "platform/extras.h"
 #include "platform/winapi.h"
 
 namespace torvane {
@@ -19,6 +23,17 @@ TEST(Icons, HoldTheSizesThatTheViewsShow) {
   EXPECT_EQ(GroupSizes(101), (std::vector<int>{16, 32, 48, 64, 0}));
   EXPECT_EQ(GroupSizes(104), (std::vector<int>{16, 32, 48}));
   EXPECT_NE(LoadCursorW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(101)), nullptr);
+}
+
+TEST(Icons, IconFileShowsItself) {
+  const auto path = std::filesystem::temp_directory_path() / "own.ico";
+  const auto bytes = DataResource(105);
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
+  EXPECT_NE(ImageOfIconFile(path.u16string(), -1), -1);
+  std::filesystem::remove(path);
+  EXPECT_EQ(ImageOfIconFile(u"C:\\sheet.txt", -1), -1);
 }
 
 }  // namespace

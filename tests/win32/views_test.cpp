@@ -89,6 +89,13 @@ class Win32ViewsTest : public ::testing::Test {
                  reinterpret_cast<LPARAM>(&item));
     return reinterpret_cast<const char16_t*>(item.pszText);
   }
+  int HitRow() {
+    LVHITTESTINFO hit{};
+    GetCursorPos(&hit.pt);
+    ScreenToClient(form_.list.hWnd(), &hit.pt);
+    return static_cast<int>(
+        SendMessageW(form_.list.hWnd(), LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+  }
   int ShownImage(int row) {
     LVITEMA item{};
     item.mask = LVIF_IMAGE;
@@ -103,9 +110,13 @@ class Win32ViewsTest : public ::testing::Test {
 
 WNDPROC listProcedure = nullptr;
 int reflected = 0;
+int rightClicks = 0;
 
 LRESULT CALLBACK AnsiProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == 0x2000 + WM_NOTIFY) ++reflected;
+  if (message == 0x2000 + WM_NOTIFY) {
+    ++reflected;
+    rightClicks += reinterpret_cast<NMHDR*>(lParam)->code == static_cast<UINT>(NM_RCLICK) ? 1 : 0;
+  }
   return CallWindowProcA(listProcedure, window, message, wParam, lParam);
 }
 
@@ -133,6 +144,9 @@ TEST_F(Win32ViewsTest, ListKeepsTextAndImagesUnderAnAnsiProcedure) {
   PostMessageW(window, WM_CHAR, u'日', 1);
   toolkit_.DoEvents();
   EXPECT_NE(form_.list.SelectedItem(), nullptr) << "type-ahead";
+  SendMessageW(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window), -1);
+  EXPECT_EQ(rightClicks, 1) << "the menu key";
+  EXPECT_EQ(HitRow(), form_.list.SelectedItem()->Index() - 1);
 
   form_.list.ListItems()(3).Selected(true);
   EXPECT_GT(reflected, 0);

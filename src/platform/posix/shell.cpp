@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/extras.h"
 #include "platform/posix/code_page.h"
 #include "platform/posix/drive_paths.h"
 #include "platform/posix/shell_icons.h"
@@ -126,6 +127,10 @@ DWORD_PTR SHGetFileInfoA(LPCSTR path, DWORD attributes, SHFILEINFOA* info, UINT 
   if (!icon) return 0;
   info->iIcon = Icons().numberOf(*icon);
   return ImageList();
+}
+
+int torvane::ImageOfIconFile(const std::u16string& /*path*/, int shown) {
+  return shown;
 }
 
 HINSTANCE ShellExecuteA(HWND /*owner*/, LPCSTR /*operation*/, LPCSTR file, LPCSTR /*parameters*/,

@@ -38,6 +38,8 @@ class Win32Control {
   virtual LRESULT onNotify(NMHDR& /*header*/) { return 0; }
   virtual void onCommand(UINT /*code*/) {}
   virtual void onPosted(LPARAM /*value*/) {}
+  /// The menu key was pressed on the control.
+  virtual void onMenuKey() {}
   /// A character typed on the control; true if it goes no further.
   virtual bool onCharacter(WPARAM /*character*/, LPARAM /*keys*/) { return false; }
   virtual void onFormResized() {}

@@ -304,6 +304,13 @@ std::optional<LRESULT> Win32Form::onControlMessage(UINT message, WPARAM wParam, 
       const auto* asking = controlOf(WindowFromDC(reinterpret_cast<HDC>(wParam)));
       return asking && asking->hasOwnGround() ? std::optional<LRESULT>(1) : std::nullopt;
     }
+    case WM_CONTEXTMENU: {
+      constexpr LPARAM kByKey = -1;
+      auto* control = controlOf(reinterpret_cast<HWND>(wParam));
+      if (!control || lParam != kByKey) return std::nullopt;
+      control->onMenuKey();
+      return 0;
+    }
     case kPostedToControl:
       if (auto* control = controlOf(reinterpret_cast<HWND>(wParam))) control->onPosted(lParam);
       return 0;

@@ -139,6 +139,25 @@ int Win32List::current() const {
          1;
 }
 
+// The menu stands where the mouse is, so the mouse goes to the row with the focus; then the form is
+// told of a right-click as the control would tell it.
+void Win32List::onMenuKey() {
+  RECT place{};
+  GetClientRect(window(), &place);
+  if (const auto row = static_cast<WPARAM>(current()); row > 0) {
+    SendMessageW(window(), LVM_ENSUREVISIBLE, row - 1, FALSE);
+    place.left = LVIR_SELECTBOUNDS;
+    SendMessageW(window(), LVM_GETITEMRECT, row - 1, reinterpret_cast<LPARAM>(&place));
+    place.right = place.left + (place.bottom - place.top);
+  }
+  POINT middle{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+  ClientToScreen(window(), &middle);
+  SetCursorPos(middle.x, middle.y);
+  const int id = GetDlgCtrlID(window());
+  NMHDR header{window(), static_cast<UINT_PTR>(id), static_cast<UINT>(NM_RCLICK)};
+  SendMessageW(GetParent(window()), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+}
+
 // The way through the ANSI procedure would make a question mark of most characters.
 bool Win32List::onCharacter(WPARAM character, LPARAM keys) {
   constexpr WPARAM kAsciiEnd = 0x80;

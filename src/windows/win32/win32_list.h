@@ -24,6 +24,7 @@ class Win32List : public Win32View<ListView, List> {
 
   LRESULT onNotify(NMHDR& header) override;
   void onPosted(LPARAM /*value*/) override { resumePainting(); }
+  void onMenuKey() override;
   bool onCharacter(WPARAM character, LPARAM keys) override;
 
  private:

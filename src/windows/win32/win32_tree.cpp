@@ -92,6 +92,8 @@ void Win32Tree::setSelected(const Node& node) {
 
 LRESULT Win32Tree::onNotify(NMHDR& header) {
   switch (header.code) {
+    case NM_CUSTOMDRAW:
+      return onDraw(reinterpret_cast<NMTVCUSTOMDRAW&>(header));
     case NM_CLICK:
       onClick();
       break;
@@ -105,6 +107,15 @@ LRESULT Win32Tree::onNotify(NMHDR& header) {
       break;
   }
   return 0;
+}
+
+// The list on show belongs to the selected node, so that has to be seen while the list has the
+// focus too; the system's colour for it is next to white in some themes.
+LRESULT Win32Tree::onDraw(NMTVCUSTOMDRAW& step) const {
+  if (step.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  const bool selected = (step.nmcd.uItemState & CDIS_SELECTED) != 0;
+  if (selected && GetFocus() != window()) step.clrTextBk = ColorOf(SystemColor::ButtonShadow);
+  return CDRF_DODEFAULT;
 }
 
 void Win32Tree::onClick() {

@@ -24,6 +24,7 @@ class Win32Tree : public Win32View<TreeView, Tree> {
  private:
   HTREEITEM itemOf(const Node& node) const;
   void choose(LPARAM index);
+  LRESULT onDraw(NMTVCUSTOMDRAW& step) const;
   void onClick();
   void onSelectionChanged(const NMTREEVIEWW& change);
   void onExpanded(const NMTREEVIEWW& change);
