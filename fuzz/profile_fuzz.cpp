@@ -10,9 +10,28 @@
 namespace torvane::fuzz {
 namespace {
 
+bool IsWide(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE");
+}
+
+/// The units of a file: two bytes each of a wide one, where an odd byte behind the last stands for
+/// itself, else one.
+std::u16string UnitsOf(std::string_view bytes) {
+  const std::size_t width = IsWide(bytes) ? 2 : 1;
+  std::u16string units;
+  for (std::size_t i = 0; i < bytes.size(); i += width) {
+    unsigned unit = static_cast<unsigned char>(bytes[i]);
+    if (width == 2 && i + 1 < bytes.size()) {
+      unit |= static_cast<unsigned>(static_cast<unsigned char>(bytes[i + 1])) << 8U;
+    }
+    units += static_cast<char16_t>(unit);
+  }
+  return units;
+}
+
 /// How much of two texts is the same from the front on and from the back.
 struct Difference {
-  Difference(std::string_view left, std::string_view right) {
+  Difference(std::u16string_view left, std::u16string_view right) {
     const std::size_t most = std::min(left.size(), right.size());
     while (front < most && left[front] == right[front]) ++front;
     while (back < most - front && left[left.size() - 1 - back] == right[right.size() - 1 - back])
@@ -22,20 +41,16 @@ struct Difference {
   }
   std::size_t front = 0;
   std::size_t back = 0;
-  std::string_view before;
-  std::string_view after;
+  std::u16string_view before;
+  std::u16string_view after;
 };
 
 /// Lines that have begun and ended in a text; line ends of two bytes count as one.
-std::size_t LineEnds(std::string_view text) {
+std::size_t LineEnds(std::u16string_view text) {
   std::size_t ends = 0;
   for (std::size_t i = 0; i < text.size(); ++i)
-    if (text[i] == '\n' || (text[i] == '\r' && text.substr(i + 1, 1) != "\n")) ++ends;
+    if (text[i] == u'\n' || (text[i] == u'\r' && text.substr(i + 1, 1) != u"\n")) ++ends;
   return ends;
-}
-
-bool IsWide(std::string_view bytes) {
-  return bytes.starts_with("\xFF\xFE");
 }
 
 /// Every value of a file, in order.
@@ -72,8 +87,9 @@ void CheckSet(const std::string& before, const Target& target) {
   Check(again.bytes() == after, "load, save, load gives the same");
   Check(again.value(target.section, target.key) == value, "what was set is read");
   Check(AllValues(again) == AllValues(text), "the file says what the text in memory says");
-  if (IsWide(before)) return;
-  const Difference difference(before, after);
+  const std::u16string old = UnitsOf(before);
+  const std::u16string now = UnitsOf(after);
+  const Difference difference(old, now);
   Check(LineEnds(difference.before) <= 1, "one line at most is replaced");
   // The file's last line may lack its end; a section line and the key's line may come behind it.
   Check(LineEnds(difference.after) <= 4, "no more than the key's lines come");
@@ -88,8 +104,9 @@ void CheckRemoval(const std::string& before, const Target& target) {
   Check(!wasThere || after.size() < before.size(), "removing takes a line away");
   Check(AllValues(posix::ProfileText(after)) == AllValues(text),
         "the file says what the text in memory says");
-  if (IsWide(before)) return;
-  const Difference difference(before, after);
+  const std::u16string old = UnitsOf(before);
+  const std::u16string now = UnitsOf(after);
+  const Difference difference(old, now);
   Check(difference.after.empty(), "removing adds nothing");
   Check(LineEnds(difference.before) <= 2, "one line is removed");
 
