@@ -64,7 +64,7 @@ double MemoryOfLoading(const std::filesystem::path& file) {
 
 void LoadHive(benchmark::State& state) {
   LargeHive hive;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const posix::HiveImage image(posix::ReadWholeFile(hive.file()), {});
     if (!image.problem().empty()) state.SkipWithError(image.problem().c_str());
   }
@@ -76,7 +76,7 @@ BENCHMARK(LoadHive)->UseRealTime()->Iterations(5)->Repetitions(5)->Unit(benchmar
 
 void PlainReadParseWrite(benchmark::State& state) {
   LargeHive hive;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const posix::HiveImage image(posix::ReadWholeFile(hive.file()), {});
     const posix::FolderLock lock(hive.file().parent_path());
     posix::FileReplacement replacement(hive.file());
@@ -92,7 +92,7 @@ BENCHMARK(PlainReadParseWrite)
 
 void RewriteOneKey(benchmark::State& state) {
   LargeHive hive;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     hive.put();
     sync();

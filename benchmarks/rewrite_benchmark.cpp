@@ -14,7 +14,7 @@ void ReadAndRewrite(benchmark::State& state) {
   UrlList world;
   const std::filesystem::path hive = posix::PrefixRoot() / "user.reg";
   const std::string text = posix::HiveHeader(posix::HiveRole::User, "win64") + MakeListKey(count);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     WriteFile(hive, text);
     posix::ForgetWorld();
@@ -48,7 +48,7 @@ void ReadFileList(benchmark::State& state) {
     text += "\"File" + std::to_string(n) + "\"=\"C:\\\\FILES\\\\" + name + "\"\n";
   }
   WriteFile(posix::PrefixRoot() / "user.reg", text);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     posix::ForgetWorld();
     world.FillFiles();
     if (world.Count() != kFiles || Counters().MissingCount != 0) state.SkipWithError("missing");

@@ -22,7 +22,9 @@ constexpr int kMainWindowWidth = 600;
 constexpr unsigned kPatience = 30;  // seconds
 
 struct FreeReply {
-  void operator()(void* reply) const { std::free(reply); }  // NOLINT(cppcoreguidelines-no-malloc)
+  void operator()(void* reply) const {
+    std::free(reply);  // NOLINT(cppcoreguidelines-no-malloc,cppcoreguidelines-owning-memory)
+  }
 };
 template <class Reply>
 using Owned = std::unique_ptr<Reply, FreeReply>;

@@ -68,7 +68,7 @@ class LongListWindow : public UrlList {
 
 void FillListWindow(benchmark::State& state) {
   LongListWindow window;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     window.fill();
     if (window.rows() != kRows || LongListWindow::widget().model()->rowCount() != kRows)
       state.SkipWithError("rows are missing");
@@ -83,7 +83,7 @@ void ScrollListWindow(benchmark::State& state) {
   QScrollBar& bar = *LongListWindow::widget().verticalScrollBar();
   if (bar.maximum() < kRows) state.SkipWithError("there is nothing to scroll");
   int place = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     place = (place + bar.maximum() / 61) % bar.maximum();
     bar.setValue(place);
     LongListWindow::widget().viewport()->grab();
@@ -94,7 +94,7 @@ BENCHMARK(ScrollListWindow)->UseRealTime()->Unit(benchmark::kMillisecond);
 /// Deletes every second row of the list window, from the command to the new picture.
 void DeleteInListWindow(benchmark::State& state) {
   LongListWindow window;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     window.fill();
     state.ResumeTiming();

@@ -70,7 +70,7 @@ class LockHolder {
 /// The folder that a server of this prefix keeps below `root`.
 fs::path ServerFolder(const fs::path& root) {
   struct stat status {};
-  EXPECT_EQ(stat(std::getenv("WINEPREFIX"), &status), 0);
+  EXPECT_EQ(stat(Variable("WINEPREFIX").c_str(), &status), 0);
   char name[64];
   std::snprintf(name, sizeof name, "server-%lx-%lx", static_cast<unsigned long>(status.st_dev),
                 static_cast<unsigned long>(status.st_ino));
@@ -320,8 +320,8 @@ TEST_F(HiveSharingTest, MissingHiveIsMadeWithTheArchitectureOfThePrefix) {
 }
 
 TEST_F(HiveSharingTest, ThePrefixIsFoundOrMade) {
-  const std::string old = std::getenv("WINEPREFIX");
-  const std::string home = std::getenv("HOME");
+  const std::string old = Variable("WINEPREFIX");
+  const std::string home = Variable("HOME");
   const fs::path scratch = Prefix() / "home";
   const auto rootWith = [](const std::string& prefix) {
     setenv("WINEPREFIX", prefix.c_str(), 1);

@@ -162,7 +162,7 @@ TEST_F(HiveTest, WritesTheLinesThatWineWrites) {
     Replace(UserHive(), kHeader + "\n[K]\n");
     ASSERT_EQ(SetBytes("K", name, type, bytes), ERROR_SUCCESS);
     Save();
-    EXPECT_EQ(Read(UserHive()), kHeader + "\n[K]\n" + line + "\n");
+    EXPECT_EQ(Read(UserHive()), (kHeader + "\n[K]\n").append(line) + "\n");
   }
   Replace(UserHive(), kHeader);
   Set("a\"[b]\xE9\\\x01", "v", "x");
@@ -191,7 +191,7 @@ TEST_F(HiveTest, ReadsWhatOthersMayHaveWritten) {
   };
   for (const auto& [line, name, type, bytes] : cases) {
     SCOPED_TRACE(line);
-    Replace(UserHive(), kHeader + "[K]\n" + line + "\n");
+    Replace(UserHive(), (kHeader + "[K]\n").append(line) + "\n");
     DWORD seenType = 0;
     EXPECT_EQ(Get("k", name, &seenType), bytes);
     EXPECT_EQ(seenType, type);

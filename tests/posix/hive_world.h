@@ -20,9 +20,15 @@ using namespace std::string_literals;
 
 inline const std::string kHeader = "WINE REGISTRY Version 2\n;; comment\n\n#arch=win64\n";
 
+/// A variable of the environment, empty where it isn't set.
+inline std::string Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
 class HiveWorld : public ScratchWorld {
  protected:
-  static std::filesystem::path Prefix() { return std::getenv("WINEPREFIX"); }
+  static std::filesystem::path Prefix() { return Variable("WINEPREFIX"); }
   static std::filesystem::path UserHive() { return Prefix() / "user.reg"; }
 
   static void Write(const std::filesystem::path& file, std::string_view bytes) {

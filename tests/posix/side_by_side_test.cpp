@@ -75,6 +75,7 @@ TEST_F(SideBySideTest, FourProcessesAndWineLoseNoChangeOfAHive) {
   const fs::path lockFile = ServerLockFile(Prefix());
   Write(lockFile, "");
   std::vector<std::function<bool()>> bodies;
+  bodies.reserve(kProcesses);
   for (int process = 0; process < kProcesses; ++process) {
     bodies.emplace_back([process] {
       for (int n = 0; n < kCommands; ++n) {
@@ -114,6 +115,7 @@ TEST_F(SideBySideTest, FourProcessesAndWineLoseNoChangeOfAHive) {
 TEST_F(SideBySideTest, FourProcessesAndARewriterLoseNoChangeOfAProfileFile) {
   const std::string path = MakeFile("shared.ini", "; kept\r\n[Foreign]\r\n");
   std::vector<std::function<bool()>> bodies;
+  bodies.reserve(kProcesses);
   for (int process = 0; process < kProcesses; ++process) {
     bodies.emplace_back([process, &path] {
       for (int n = 0; n < kCommands; ++n) {

@@ -9,7 +9,7 @@
 namespace torvane::testing {
 
 std::string ScratchWorld::MakeFile(std::string_view relativePath, std::string_view bytes) {
-  const std::string path = folder_ + "\\" + std::string(relativePath);
+  std::string path = folder_ + "\\" + std::string(relativePath);
   const std::filesystem::path host = Host(path);
   std::filesystem::create_directories(host.parent_path());
   std::ofstream(host, std::ios::binary) << bytes;
@@ -17,7 +17,7 @@ std::string ScratchWorld::MakeFile(std::string_view relativePath, std::string_vi
 }
 
 std::string ScratchWorld::MakeFolder(std::string_view relativePath) {
-  const std::string path = folder_ + "\\" + std::string(relativePath);
+  std::string path = folder_ + "\\" + std::string(relativePath);
   std::filesystem::create_directories(Host(path));
   return path;
 }
