@@ -17,6 +17,7 @@
 #include <QTimer>
 #include <QTreeWidget>
 #include <QWindow>
+#include <csignal>
 
 #include "platform/posix/write_back.h"
 #include "support/printing.h"
@@ -350,6 +351,16 @@ TEST_F(QtViewsTest, ModalFormStandsOverItsOwner) {
     modal.Unload();
   });
   modal.ShowModal(form_);
+}
+
+TEST_F(QtViewsTest, SignalToEndClosesWindowAfterWindow) {
+  Show();
+  TestForm dialog;
+  QTimer::singleShot(0, [] { raise(SIGTERM); });
+  dialog.ShowModal(form_);
+  EXPECT_TRUE(dialog.Unloaded());
+  CurrentToolkit().DoEvents();
+  EXPECT_TRUE(form_.Unloaded());
 }
 
 TEST_F(QtViewsTest, AssistiveTechnologyHearsRolesAndNotes) {

@@ -96,6 +96,7 @@ bool QtToolkit::Start() {
   QApplication::setDesktopFileName(QStringLiteral("torvane"));
   QApplication::setQuitOnLastWindowClosed(false);
   NameAccessibleRoles();
+  signals_ = std::make_unique<ClosingSignals>();
   pictures_ = std::make_unique<QtPictures>();
   posix::SetDesktop(&desktop_);
   if (!openWorld()) return false;

@@ -9,6 +9,7 @@
 #include "windows/controls/toolkit.h"
 #include "windows/qt/qt_desktop.h"
 #include "windows/qt/qt_pictures.h"
+#include "windows/qt/qt_signals.h"
 #include "windows/qt/qt_write_back.h"
 
 namespace torvane {
@@ -38,6 +39,7 @@ class QtToolkit : public Toolkit {
   int& argumentCount_;
   char** arguments_;
   std::unique_ptr<QApplication> application_;
+  std::unique_ptr<ClosingSignals> signals_;
   std::unique_ptr<QtPictures> pictures_;
   QtDesktop desktop_;
   WriteBack writeBack_;
