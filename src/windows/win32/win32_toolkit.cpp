@@ -48,6 +48,14 @@ class ViewMaker : public ControlVisitor {
   int id_ = kFirstControlId;
 };
 
+/// Takes the menu off the screen before its command runs, which may take a while, and lets the
+/// mouse have the owner's pointer again. What the user does meanwhile waits for the loop.
+void ClosePopup(HWND owner) {
+  RedrawWindow(owner, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+  MSG waiting{};
+  PeekMessageW(&waiting, nullptr, 0, 0, PM_NOREMOVE);
+}
+
 }  // namespace
 
 /// Marks a window's messages as running for as long as it stands.
@@ -176,6 +184,7 @@ void Win32Toolkit::ShowPopup(Form& owner, MenuItem& menu, const MenuItem* defaul
   const BOOL command = TrackPopupMenuEx(popup.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, point.x,
                                         point.y, owner.hWnd(), nullptr);
   if (MenuItem* item = popup.commandOf(static_cast<UINT>(command))) {
+    ClosePopup(owner.hWnd());
     Deliver([item] { item->Click(); });
   }
 }
