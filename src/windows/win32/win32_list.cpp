@@ -1,5 +1,5 @@
 // The control holds the rows, their images and their selection; the texts it asks of the model when
-// it needs them, so that nothing is kept twice and a text of any length shows.
+// it needs them, so that nothing is kept twice.
 //
 // The program puts a window procedure of the A kind before the control's. From then on Windows
 // calls the window an ANSI one and converts what is sent to it by WM_SETTEXT and its like, but
@@ -17,6 +17,9 @@ namespace torvane {
 namespace {
 
 constexpr int kNewColumnWidth = 96;
+/// What a cell shows at most: the control measures and paints all that it is given, which takes
+/// seconds for a text of a million characters.
+constexpr std::size_t kShownCharacters = 259;
 
 }  // namespace
 
@@ -177,6 +180,10 @@ LRESULT Win32List::onNotify(NMHDR& header) {
   if (wanted.iItem < items.Count()) {
     const ListItem& item = items(wanted.iItem + 1);
     text = wanted.iSubItem == 0 ? &item.Text() : &item.SubItems(wanted.iSubItem);
+  }
+  if (text->size() > kShownCharacters) {
+    cut_ = text->substr(0, kShownCharacters) + u'\u2026';
+    text = &cut_;
   }
   wanted.pszText = WideForRecord(*text);
   return 0;
