@@ -238,6 +238,26 @@ TEST_F(FaultsTest, AFailingCallIsToldAndTheChangesAreTriedAgain) {
   }
 }
 
+TEST_F(FaultsTest, AnIniFileReplacedWhileItsSuccessorIsSyncedLosesNothing) {
+  const Store& store = stores_[1];
+  const std::string after = Prepare(store);
+  SharedNotes notes;
+  TracedChild child([&] {
+    DeleteOne(store);
+    notes->writing = true;
+    notes->stillFailing = posix::WriteBackChanges().size();
+  });
+  int syncs = 0;
+  for (auto call = child.next(); call; call = child.next()) {
+    if (!notes->writing || *call != SYS_fsync || syncs++ > 0) continue;
+    Put(store.file.string() + ".new", store.before + "theirs=1\r\n");
+    fs::rename(store.file.string() + ".new", store.file);
+  }
+  EXPECT_TRUE(child.endedWell());
+  EXPECT_EQ(notes->stillFailing, 0U);
+  EXPECT_EQ(Bytes(store.file), after + "theirs=1\r\n");
+}
+
 TEST_F(FaultsTest, WhatStandsInTheFilesPlaceIsLeftAloneAndTold) {
   struct Obstacle {
     const char* reason;

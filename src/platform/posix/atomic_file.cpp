@@ -235,10 +235,15 @@ void FileReplacement::takeOverRights() {
     Fail(errno, target_);
 }
 
-FileStamp FileReplacement::commit(FileDescriptor* descriptor) {
+void FileReplacement::sync() {
   flush();
   takeOverRights();
   if (fsync(file_.get()) != 0) Fail(errno, target_);
+  synced_ = true;
+}
+
+FileStamp FileReplacement::commit(FileDescriptor* descriptor) {
+  if (!synced_) sync();
   if (rename(temporary_.c_str(), target_.c_str()) != 0) Fail(errno, target_);
   pending_ = false;
   const FileStamp stamp = StampOf(file_);

@@ -102,6 +102,9 @@ class FileReplacement {
 
   /// Throws std::system_error.
   void append(std::string_view bytes);
+  /// Puts the content on the disk, so that nothing slow is left for commit(), which does it where
+  /// it hasn't been done. Throws std::system_error.
+  void sync();
   /// Puts the new file, with the old one's mode and owner, in its place and on the disk; gives its
   /// stamp, and its descriptor in `descriptor` if that isn't null. Throws std::system_error, which
   /// is a NotSynced where the new file is in its place.
@@ -117,6 +120,7 @@ class FileReplacement {
   FileDescriptor file_;
   std::string buffer_;
   bool pending_ = false;
+  bool synced_ = false;
 };
 
 /// Locks, resolves and replaces in one: for content that doesn't depend on what stands there.

@@ -3,6 +3,7 @@
 #include "platform/posix/profile_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <system_error>
 #include <utility>
@@ -79,18 +80,31 @@ void ProfileFile::change(std::u16string_view section, std::optional<std::u16stri
 }
 
 void ProfileFile::writeBack() {
+  constexpr int kAttempts = 8;
   const std::filesystem::path target = ResolveTarget(path_);
   const FolderLock lock(target.parent_path());
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    if (replace(target)) {
+      pending_.clear();
+      return;
+    }
+  }
+  throw std::system_error(EBUSY, std::generic_category(), target.string());
+}
+
+/// Gives false where a program that takes no lock has changed the file meanwhile.
+bool ProfileFile::replace(const std::filesystem::path& target) {
   refresh();
   std::string bytes = text_->bytes();
-  if (bytes != original_) {
-    FileReplacement replacement(target);
-    replacement.append(bytes);
-    stamp_ = replacement.commit();
-    trusted_ = false;
-    original_ = std::move(bytes);
-  }
-  pending_.clear();
+  if (bytes == original_) return true;
+  FileReplacement replacement(target);
+  replacement.append(bytes);
+  replacement.sync();
+  if (StampOf(path_) != stamp_) return false;
+  stamp_ = replacement.commit();
+  trusted_ = false;
+  original_ = std::move(bytes);
+  return true;
 }
 
 // Users know the file by its place, not by the way through the prefix's links.

@@ -42,6 +42,7 @@ class ProfileFile : public ChangedFile {
 
   void refresh();
   void apply(const Change& change);
+  bool replace(const std::filesystem::path& target);
 
   std::filesystem::path path_;
   FileStamp stamp_;
