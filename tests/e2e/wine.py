@@ -99,7 +99,9 @@ class Prefix:
         os.makedirs(home, exist_ok=True)
         # A home of its own: Wine links the user's folders to it.
         self.environment = {**ENVIRONMENT, 'WINEPREFIX': folder, 'HOME': home,
-                            'XDG_DATA_HOME': os.path.join(home, 'share')}
+                            'XDG_DATA_HOME': os.path.join(home, 'share'),
+                            # Wine finds its server there: two places would be two servers.
+                            'TMPDIR': '/tmp'}
 
     def run(self, *command, display=None, encoding=CONSOLE):
         """What one of Wine's commands prints; an error where it fails."""
