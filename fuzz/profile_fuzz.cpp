@@ -58,7 +58,8 @@ std::vector<std::u16string> AllValues(const posix::ProfileText& text) {
   std::vector<std::u16string> all;
   for (const auto& section : text.sections())
     for (const auto& key : text.keys(section).value_or(std::vector<std::u16string>()))
-      all.push_back(section + u"\n" + key + u"\n" + text.value(section, key).value_or(u"\n"));
+      all.push_back(std::u16string(section).append(u"\n").append(key).append(u"\n").append(
+          text.value(section, key).value_or(u"\n")));
   return all;
 }
 

@@ -2,6 +2,7 @@
 // lost, and the hourglass shows from before the first row changes until the store is written.
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "spine/basMain.h"
 #include "spine/frmMain.h"
@@ -18,7 +19,8 @@ class PointerLog : public FormView {
  public:
   using Entry = std::pair<MousePointer, int>;
 
-  PointerLog(std::vector<Entry>& log, std::function<int()> state) : log_(log), state_(state) {}
+  PointerLog(std::vector<Entry>& log, std::function<int()> state)
+      : log_(log), state_(std::move(state)) {}
   HWND handle() const override { return nullptr; }
   PixelRect outerBounds() const override { return {}; }
   void setOuterBounds(const PixelRect& /*bounds*/) override {}

@@ -481,7 +481,9 @@ TEST_F(QtViewsTest, TheBoxOfAFailedWriteTellsWhatStands) {
     loop.quit();
   });
   user.start(1);
-  QTimer::singleShot(20'000, &loop, &QEventLoop::quit);
+  QTimer patience;
+  QObject::connect(&patience, &QTimer::timeout, &loop, &QEventLoop::quit);
+  patience.start(20'000);
   const auto afterCommand = [&] {
     told.clear();
     RunCommand([] {});
