@@ -48,24 +48,18 @@ TEST_F(ProfileFileTest, WritingTouchesOnlyItsOwnLines) {
   const auto utf16 = [](std::u16string_view text) {
     return "\xFF\xFE" + std::string(reinterpret_cast<const char*>(text.data()), text.size() * 2);
   };
-  const std::string rich =
-      "; head\r\n\r\n[S] ; s\r\n Key = \"old\" \r\n;c\r\nbare\r\n\n\n[t]\nx=\t1\r\ny=2";
+  const std::string head = "; head\r\n\r\n";
+  const std::string first = "[S] ; s\r\n Key = \"old\" \r\n;c\r\nbare\r\n";
+  const std::string second = "\n\n[t]\nx=\t1\r\ny=2";
+  const std::string rich = head + first + second;
   const std::vector<Row> rows = {
-      {rich, "s", "key", "new",
-       "; head\r\n\r\n[S] ; s\r\n Key = new\r\n;c\r\nbare\r\n\n\n[t]\nx=\t1\r\ny=2"},
-      {rich, "S", "more", "1",
-       "; head\r\n\r\n[S] ; s\r\n Key = \"old\" \r\n;c\r\nbare\r\nmore=1\r\n\n\n[t]\nx=\t1\r\ny=2"},
-      {rich, "t", "x", "3",
-       "; head\r\n\r\n[S] ; s\r\n Key = \"old\" \r\n;c\r\nbare\r\n\n\n[t]\nx=\t3\r\ny=2"},
-      {rich, "t", "y", "3",
-       "; head\r\n\r\n[S] ; s\r\n Key = \"old\" \r\n;c\r\nbare\r\n\n\n[t]\nx=\t1\r\ny=3"},
-      {rich, "t", "z", "3",
-       "; head\r\n\r\n[S] ; s\r\n Key = \"old\" "
-       "\r\n;c\r\nbare\r\n\n\n[t]\nx=\t1\r\ny=2\r\nz=3\r\n"},
-      {rich, "u", "z", "3",
-       "; head\r\n\r\n[S] ; s\r\n Key = \"old\" "
-       "\r\n;c\r\nbare\r\n\n\n[t]\nx=\t1\r\ny=2\r\n[u]\r\nz=3\r\n"},
-      {rich, "s", "key", nullptr, "; head\r\n\r\n[S] ; s\r\n;c\r\nbare\r\n\n\n[t]\nx=\t1\r\ny=2"},
+      {rich, "s", "key", "new", head + "[S] ; s\r\n Key = new\r\n;c\r\nbare\r\n" + second},
+      {rich, "S", "more", "1", head + first + "more=1\r\n" + second},
+      {rich, "t", "x", "3", head + first + "\n\n[t]\nx=\t3\r\ny=2"},
+      {rich, "t", "y", "3", head + first + "\n\n[t]\nx=\t1\r\ny=3"},
+      {rich, "t", "z", "3", rich + "\r\nz=3\r\n"},
+      {rich, "u", "z", "3", rich + "\r\n[u]\r\nz=3\r\n"},
+      {rich, "s", "key", nullptr, head + "[S] ; s\r\n;c\r\nbare\r\n" + second},
       {rich, "s", nullptr, nullptr, "; head\r\n\r\n[t]\nx=\t1\r\ny=2"},
       {"[a]\nx=1\n\n[b]\n", "a", "y", "2", "[a]\nx=1\ny=2\n\n[b]\n"},
       {"[a]\nx=1\n\n", "b", "y", "2", "[a]\nx=1\n\n[b]\ny=2\n"},
@@ -88,8 +82,7 @@ TEST_F(ProfileFileTest, WritingTouchesOnlyItsOwnLines) {
     EXPECT_EQ(Write(path, row.section, row.key, row.value), TRUE);
     EXPECT_EQ(FileBytes(path), row.before) << "written before the command's end";
     EXPECT_TRUE(WriteBackChanges().empty());
-    const std::string after = FileBytes(path);
-    EXPECT_EQ(after, row.after);
+    EXPECT_EQ(FileBytes(path), row.after);
   }
 }
 
