@@ -29,15 +29,7 @@ class ListWorld : public ScratchWorld {
 
   /// The row of the list under kListKey.
   static MruEntry ListEntry(const std::string& listType) {
-    return {.EntryName = u"Test",
-            .Location = u"TorvaneTest\\List",
-            .ListType = FromAnsi(listType),
-            .Section = u"*",
-            .ValuePrefix = u"File",
-            .FirstIndex = u"1",
-            .CountValue = u"MRUCount",
-            .CountKind = u"S",
-            .ExeName = {}};
+    return EntryFromRow(FromAnsi("Test,TorvaneTest\\List," + listType + ",*,File,1,MRUCount,S,*"));
   }
   using Reader = void (*)(const MruEntry&, List&);
   void Fill(Reader reader, const std::string& listType) { FillEntry(reader, ListEntry(listType)); }

@@ -20,7 +20,7 @@ struct ShownMessage {
 /// one with a star.
 using ShownPopup = std::vector<Text>;
 
-/// Puts itself in place for its lifetime. Modal windows answer from scripts.
+/// Puts itself in place for its lifetime. Message boxes answer IDOK.
 class RecordingToolkit : public Toolkit {
  public:
   /// `next` is in place again afterwards.
@@ -33,8 +33,7 @@ class RecordingToolkit : public Toolkit {
   std::vector<Text> errors;
   std::vector<Text> folderTitles;
   std::vector<ShownPopup> popups;
-  /// What the next message boxes and folder dialogues answer; IDOK and cancel when used up.
-  std::deque<int> answers;
+  /// What the next folder dialogues answer; cancel when used up.
   std::deque<Text> folders;
 
   bool Start() override { return true; }
@@ -44,7 +43,7 @@ class RecordingToolkit : public Toolkit {
   void DoEvents() override {}
   int ShowMessage(const Text& text, UINT style, const Text& title) override {
     messages.push_back({text, style, title});
-    return Next(answers, IDOK);
+    return IDOK;
   }
   void ReportError(const Text& description) override { errors.push_back(description); }
   void ShowPopup(Form& /*owner*/, MenuItem& menu, const MenuItem* defaultItem) override {
@@ -58,19 +57,14 @@ class RecordingToolkit : public Toolkit {
   }
   Text BrowseFolder(Form& /*owner*/, const Text& title) override {
     folderTitles.push_back(title);
-    return Next(folders, Text());
+    if (folders.empty()) return {};
+    Text chosen = folders.front();
+    folders.pop_front();
+    return chosen;
   }
   int TwipsPerPixel() const override { return 15; }
 
  private:
-  template <class T>
-  static T Next(std::deque<T>& script, T otherwise) {
-    if (script.empty()) return otherwise;
-    T next = script.front();
-    script.pop_front();
-    return next;
-  }
-
   Toolkit* next_;
 };
 
