@@ -1,8 +1,11 @@
+#include <stdexcept>
 #include <string>
 
+#include "platform/posix/resources.h"
 #include "platform/posix/shell_icons.h"
 #include "platform/posix/window.h"
 #include "platform/winapi.h"
+#include "support/picture_sizes.h"
 #include "support/scratch_world.h"
 
 namespace torvane::testing {
@@ -27,11 +30,8 @@ class ShellTest : public ScratchWorld {
 };
 
 TEST_F(ShellTest, NumbersStandForDescriptions) {
-  MakeFile("Some Folder\\a.TXT");
-  MakeFile("b.txt");
-  MakeFile("none");
-  MakeFile("one.ico");
-  MakeFile("two.ico");
+  for (const char* file : {"Some Folder\\a.TXT", "b.txt", "none", "one.ico", "two.ico"})
+    MakeFile(file);
   struct Row {
     std::string path;
     UINT flags;
@@ -72,49 +72,29 @@ TEST_F(ShellTest, WhatIsNotThereHasNoNumber) {
   for (const int number : {0, -1, 1'000'000}) EXPECT_EQ(DescribeIcon(number).kind, Kind::Unknown);
 }
 
-/// A view of fixed size at a fixed place.
 class FixedHost : public posix::WindowHost {
  public:
   RECT clientRect() const override { return {0, 0, 300, 200}; }
-  void place(const RECT& rect) override { placed = rect; }
-  void paintNow() override { ++painted; }
+  void place(const RECT& /*rect*/) override {}
+  void paintNow() override {}
   POINT toScreen(POINT client) const override { return {client.x + 10, client.y + 20}; }
-
-  RECT placed{};
-  int painted = 0;
 };
 
 LRESULT Echo(HWND /*window*/, UINT message, WPARAM wParam, LPARAM /*lParam*/) {
   return static_cast<LRESULT>(message + wParam);
 }
 
-LRESULT Twice(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const auto old = reinterpret_cast<WNDPROC>(GetPropA(window, "old"));
-  return 2 * CallWindowProcA(old, window, message, wParam, lParam);
-}
-
-TEST(Windows, ProceduresPropertiesAndPlaces) {
+TEST(Windows, KeepNothingBehindTheirEnd) {
   FixedHost host;
+  POINT point{15, 25};
   const HWND window = posix::RegisterWindow(Echo, WS_BORDER, 0, host);
   EXPECT_EQ(SendMessageA(window, 40, 2, 0), 42);
-  const LONG_PTR old = SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Twice));
-  EXPECT_EQ(old, reinterpret_cast<LONG_PTR>(&Echo));
-  EXPECT_EQ(SetPropA(window, "Old", reinterpret_cast<HANDLE>(old)), TRUE);
-  EXPECT_EQ(SendMessageA(window, 40, 2, 0), 84);
-  EXPECT_EQ(RemovePropA(window, "OLD"), reinterpret_cast<HANDLE>(old));
-  EXPECT_EQ(GetPropA(window, "old"), nullptr);
-  EXPECT_EQ(SendMessageA(window, 40, 2, 0), 0);
   EXPECT_EQ(SetWindowLongPtrA(window, GWL_STYLE, 0x40), WS_BORDER);
   EXPECT_EQ(GetWindowLongPtrA(window, GWL_STYLE), 0x40);
-
-  POINT point{15, 25};
+  EXPECT_EQ(SetPropA(window, "Old", &host), TRUE);
+  EXPECT_EQ(GetPropA(window, "OLD"), &host);
   EXPECT_EQ(ScreenToClient(window, &point), TRUE);
   EXPECT_EQ(point.x, 5);
-  EXPECT_EQ(MoveWindow(window, 1, 2, 30, 40, TRUE), TRUE);
-  EXPECT_EQ(host.placed.right, 31);
-  EXPECT_EQ(host.placed.bottom, 42);
-  EXPECT_EQ(UpdateWindow(window), TRUE);
-  EXPECT_EQ(host.painted, 1);
 
   posix::DestroyRegisteredWindow(window);
   EXPECT_EQ(SendMessageA(window, 40, 2, 0), 0);
@@ -124,13 +104,12 @@ TEST(Windows, ProceduresPropertiesAndPlaces) {
   EXPECT_EQ(ScreenToClient(window, &point), FALSE);
 }
 
-TEST(Windows, LocalMemoryIsZeroedAndKnown) {
-  auto* block = static_cast<char*>(LocalAlloc(LMEM_ZEROINIT, 11));
-  ASSERT_NE(block, nullptr);
-  EXPECT_EQ(std::string(block, 11), std::string(11, '\0'));
-  EXPECT_EQ(LocalFree(block), nullptr);
-  EXPECT_EQ(LocalFree(block), block);
-  EXPECT_EQ(LocalFree(nullptr), nullptr);
+TEST(Icons, HoldTheSizesThatTheViewsShow) {
+  EXPECT_EQ(PictureSizes(IconResource(101)), (std::vector<int>{16, 32, 48, 64, 256}));
+  EXPECT_EQ(PictureSizes(IconResource(104)), (std::vector<int>{16, 32, 48}));
+  EXPECT_EQ(PictureSizes(CursorResource(101)), (std::vector<int>{32}));
+  EXPECT_THROW(IconResource(105), std::runtime_error);
+  EXPECT_THROW(CursorResource(104), std::runtime_error);
 }
 
 }  // namespace
