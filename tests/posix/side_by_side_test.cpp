@@ -33,19 +33,6 @@ class SideBySideTest : public HiveWorld {
   }
   static void TearDownTestSuite() { unsetenv("TMPDIR"); }
 
-  /// Runs the bodies in processes of their own; each must give true.
-  static void RunAll(const std::vector<std::function<bool()>>& bodies) {
-    std::vector<pid_t> children;
-    for (const auto& body : bodies) {
-      children.push_back(fork());
-      if (children.back() == 0) _exit(body() ? 0 : 1);
-    }
-    for (const pid_t child : children) {
-      int status = -1;
-      waitpid(child, &status, 0);
-      EXPECT_EQ(status, 0);
-    }
-  }
   /// A command and its writing back, again as long as someone else has the file.
   static bool Persist(const std::function<bool()>& command) {
     for (int attempt = 0; attempt < 5000; ++attempt, std::this_thread::sleep_for(1ms)) {
@@ -56,6 +43,30 @@ class SideBySideTest : public HiveWorld {
     return false;
   }
   static std::string Name(int process) { return "P" + std::to_string(process); }
+
+  /// Each process sets its own numbers, while one more rewrites the file for every number of its.
+  static void RunSideBySide(const std::function<bool(const std::string& process, int n)>& set,
+                            const std::function<bool(int n)>& rewrite) {
+    std::vector<pid_t> children;
+    for (int process = 0; process <= kProcesses; ++process) {
+      children.push_back(fork());
+      if (children.back() != 0) continue;
+      bool isWell = true;
+      for (int n = 0; isWell && n < kCommands && process < kProcesses; ++n)
+        isWell = Persist([&] { return set(Name(process), n); });
+      for (int n = 0; isWell && n < kForeignRewrites && process == kProcesses; ++n) {
+        isWell = rewrite(n);
+        std::this_thread::sleep_for(2ms);
+      }
+      _exit(isWell ? 0 : 1);
+    }
+    for (const pid_t child : children) {
+      int status = -1;
+      waitpid(child, &status, 0);
+      EXPECT_EQ(status, 0);
+    }
+    posix::ForgetWorld();
+  }
 };
 
 /// The lock that Wine's server of this prefix holds while the registry is in its memory.
@@ -74,37 +85,21 @@ TEST_F(SideBySideTest, FourProcessesAndWineLoseNoChangeOfAHive) {
   setenv("XDG_RUNTIME_DIR", (Prefix() / "run").c_str(), 1);
   const fs::path lockFile = ServerLockFile(Prefix());
   Write(lockFile, "");
-  std::vector<std::function<bool()>> bodies;
-  bodies.reserve(kProcesses);
-  for (int process = 0; process < kProcesses; ++process) {
-    bodies.emplace_back([process] {
-      for (int n = 0; n < kCommands; ++n) {
-        const auto set = [&] {
-          return Set(Name(process), std::to_string(n), "x") == ERROR_SUCCESS;
-        };
-        if (!Persist(set)) return false;
-      }
-      return true;
-    });
-  }
+  const auto set = [](const std::string& process, int n) {
+    return Set(process, std::to_string(n), "x") == ERROR_SUCCESS;
+  };
   // Wine's server takes its lock, reads, and at its end writes a new file and renames it.
-  bodies.emplace_back([&lockFile] {
-    for (int n = 0; n < kForeignRewrites; ++n) {
-      const int lock = open(lockFile.c_str(), O_RDWR);
-      struct flock range {};
-      range.l_type = F_WRLCK;
-      range.l_len = 1;
-      if (fcntl(lock, F_SETLKW, &range) != 0) return false;
-      Replace(UserHive(),
-              Read(UserHive()) + "\n[Wine\\\\" + std::to_string(n) + "] 1\n\"w\"=\"x\"\n");
-      close(lock);
-      std::this_thread::sleep_for(2ms);
-    }
-    return true;
+  RunSideBySide(set, [&lockFile](int n) {
+    const int lock = open(lockFile.c_str(), O_RDWR);
+    struct flock range {};
+    range.l_type = F_WRLCK;
+    range.l_len = 1;
+    if (fcntl(lock, F_SETLKW, &range) != 0) return false;
+    Replace(UserHive(),
+            Read(UserHive()) + "\n[Wine\\\\" + std::to_string(n) + "] 1\n\"w\"=\"x\"\n");
+    return close(lock) == 0;
   });
-  RunAll(bodies);
   unsetenv("XDG_RUNTIME_DIR");
-  posix::ForgetWorld();
   EXPECT_TRUE(posix::HiveProblems().empty());
   for (int process = 0; process < kProcesses; ++process)
     EXPECT_EQ(Texts(Name(process)).size(), std::size_t{kCommands}) << process;
@@ -114,36 +109,20 @@ TEST_F(SideBySideTest, FourProcessesAndWineLoseNoChangeOfAHive) {
 
 TEST_F(SideBySideTest, FourProcessesAndARewriterLoseNoChangeOfAProfileFile) {
   const std::string path = MakeFile("shared.ini", "; kept\r\n[Foreign]\r\n");
-  std::vector<std::function<bool()>> bodies;
-  bodies.reserve(kProcesses);
-  for (int process = 0; process < kProcesses; ++process) {
-    bodies.emplace_back([process, &path] {
-      for (int n = 0; n < kCommands; ++n) {
-        const auto set = [&] {
-          return WritePrivateProfileStringA(Name(process).c_str(), std::to_string(n).c_str(), "x",
-                                            path.c_str()) == TRUE;
-        };
-        if (!Persist(set)) return false;
-      }
-      return true;
-    });
-  }
+  const auto set = [&path](const std::string& process, int n) {
+    return WritePrivateProfileStringA(process.c_str(), std::to_string(n).c_str(), "x",
+                                      path.c_str()) == TRUE;
+  };
   // A program that replaces the whole file, and like us has its folder locked as it does so.
-  bodies.emplace_back([file = Host(path)] {
-    for (int n = 0; n < kForeignRewrites; ++n) {
-      const int folder = open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY);
-      if (flock(folder, LOCK_EX) != 0) return false;
-      std::string bytes = Read(file);
-      const std::string header = "[Foreign]\r\n";
-      bytes.insert(bytes.find(header) + header.size(), std::to_string(n) + "=x\r\n");
-      Replace(file, bytes);
-      close(folder);
-      std::this_thread::sleep_for(2ms);
-    }
-    return true;
+  RunSideBySide(set, [file = Host(path)](int n) {
+    const int folder = open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY);
+    if (flock(folder, LOCK_EX) != 0) return false;
+    std::string bytes = Read(file);
+    const std::string header = "[Foreign]\r\n";
+    bytes.insert(bytes.find(header) + header.size(), std::to_string(n) + "=x\r\n");
+    Replace(file, bytes);
+    return close(folder) == 0;
   });
-  RunAll(bodies);
-  posix::ForgetWorld();
   std::string value(8, '\0');
   const auto isThere = [&](const std::string& section, int n) {
     return GetPrivateProfileStringA(section.c_str(), std::to_string(n).c_str(), "", value.data(), 8,
