@@ -67,17 +67,6 @@ class LockHolder {
   pid_t child_ = -1;
 };
 
-/// The folder that a server of this prefix keeps below `root`.
-fs::path ServerFolder(const fs::path& root) {
-  struct stat status {};
-  EXPECT_EQ(stat(Variable("WINEPREFIX").c_str(), &status), 0);
-  char name[64];
-  std::snprintf(name, sizeof name, "server-%lx-%lx", static_cast<unsigned long>(status.st_dev),
-                static_cast<unsigned long>(status.st_ino));
-  fs::create_directories(root / name);
-  return root / name;
-}
-
 TEST_F(HiveSharingTest, NothingIsChangedWhileWineRuns) {
   setenv("XDG_RUNTIME_DIR", (Prefix() / "run").c_str(), 1);
   const fs::path debian = "/tmp" / Prefix().filename().concat("-wine");
@@ -85,7 +74,7 @@ TEST_F(HiveSharingTest, NothingIsChangedWhileWineRuns) {
   for (const fs::path& root : {Prefix() / "run/wine", debian}) {
     SCOPED_TRACE(root);
     Replace(UserHive(), kBefore);
-    const fs::path lock = ServerFolder(root) / "lock";
+    const fs::path lock = ServerLock(root);
     {
       const LockHolder server(lock);
       EXPECT_EQ(Get("K", "a"), "1\0"s);

@@ -1,6 +1,9 @@
 // A scratch prefix whose hive files a test writes and reads behind the layer's back.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -33,6 +36,15 @@ class HiveWorld : public ScratchWorld {
 
   static void Write(const std::filesystem::path& file, std::string_view bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
+  }
+  /// The lock file that a Wine server of this prefix keeps below `root`, its folder made.
+  static std::filesystem::path ServerLock(const std::filesystem::path& root) {
+    struct stat status {};
+    EXPECT_EQ(stat(Prefix().c_str(), &status), 0);
+    std::ostringstream name;
+    name << "server-" << std::hex << status.st_dev << '-' << status.st_ino;
+    std::filesystem::create_directories(root / name.str());
+    return root / name.str() / "lock";
   }
   /// Replaces a file as Wine does: a new one, renamed.
   static void Replace(const std::filesystem::path& file, std::string_view bytes) {

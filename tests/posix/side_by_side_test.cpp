@@ -6,9 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
-#include <cstdio>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -69,21 +67,9 @@ class SideBySideTest : public HiveWorld {
   }
 };
 
-/// The lock that Wine's server of this prefix holds while the registry is in its memory.
-fs::path ServerLockFile(const fs::path& prefix) {
-  struct stat status {};
-  EXPECT_EQ(stat(prefix.c_str(), &status), 0);
-  std::array<char, 64> name{};
-  std::snprintf(name.data(), name.size(), "server-%lx-%lx",
-                static_cast<unsigned long>(status.st_dev),
-                static_cast<unsigned long>(status.st_ino));
-  fs::create_directories(prefix / "run/wine" / name.data());
-  return prefix / "run/wine" / name.data() / "lock";
-}
-
 TEST_F(SideBySideTest, FourProcessesAndWineLoseNoChangeOfAHive) {
   setenv("XDG_RUNTIME_DIR", (Prefix() / "run").c_str(), 1);
-  const fs::path lockFile = ServerLockFile(Prefix());
+  const fs::path lockFile = ServerLock(Prefix() / "run/wine");
   Write(lockFile, "");
   const auto set = [](const std::string& process, int n) {
     return Set(process, std::to_string(n), "x") == ERROR_SUCCESS;
