@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <QTimer>
 #include <QWidget>
 #include <csignal>
 
@@ -32,16 +31,14 @@ void Answer(void (*handler)(int)) {
   for (const int signal : kSignals) sigaction(signal, &action, nullptr);
 }
 
-/// Closes the uppermost window and, when its loop has ended, the next.
-void CloseWindows() {
-  QWidget* uppermost = QApplication::activePopupWidget();
-  if (!uppermost) uppermost = QApplication::activeModalWidget();
+/// The window that has to be closed before any other; null when all are.
+QWidget* Uppermost() {
+  if (QWidget* popup = QApplication::activePopupWidget()) return popup;
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
   for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (!uppermost && window->isVisible()) uppermost = window;
+    if (window->isVisible()) return window;
   }
-  if (!uppermost) return;
-  uppermost->close();
-  QTimer::singleShot(0, qApp, CloseWindows);
+  return nullptr;
 }
 
 }  // namespace
@@ -52,7 +49,14 @@ ClosingSignals::ClosingSignals()
     std::uint64_t count = 0;
     // It is readable, or this wouldn't be called.
     [[maybe_unused]] const ssize_t size = read(wake_.get(), &count, sizeof count);
-    CloseWindows();
+    closer_.start();
+  });
+  QObject::connect(&closer_, &QTimer::timeout, &closer_, [this] {
+    if (QWidget* window = Uppermost()) {
+      window->close();
+    } else {
+      closer_.stop();
+    }
   });
   wakeDescriptor = wake_.get();
   Answer(Wake);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include "platform/posix/atomic_file.h"
 
@@ -20,6 +21,7 @@ class ClosingSignals {
  private:
   posix::FileDescriptor wake_;
   QSocketNotifier notifier_;
+  QTimer closer_;
 };
 
 }  // namespace torvane
