@@ -15,6 +15,8 @@ void FillList(const ListForm& form, const MruEntry& entry, List& list, ListStore
   if (form.counts == CountRule::Names) {
     Counters().TotalCount = static_cast<std::int32_t>(names.size());
   }
+  const Text foundTag = ItemTag(false, entry);
+  const Text missingTag = ItemTag(true, entry);
   for (const Text& name : names) {
     const StoredEntry stored{name, store.Value(name)};
     if (form.passesOver(entry, stored)) continue;
@@ -23,7 +25,7 @@ void FillList(const ListForm& form, const MruEntry& entry, List& list, ListStore
     const ShownEntry shown = form.shows(stored);
     if (shown.missing) ++Counters().MissingCount;
     AddListEntry(list, shown.kind, shown.iconPath, shown.text1, shown.text2,
-                 ItemTag(shown.missing, entry), shown.text3);
+                 shown.missing ? missingTag : foundTag, shown.text3);
     list.ListItems()(list.ListItems().Count()).Key(name);
   }
 }

@@ -243,7 +243,7 @@ TEST_F(HiveTest, DamagedFilesAreReadAndNeverWritten) {
 TEST_F(HiveTest, FollowsSymbolicLinkKeys) {
   const auto link = [](const std::string& key, std::u16string_view target) {
     return "\n[" + key + "] 1\n#link\n" +
-           posix::ValueLine(u"SymbolicLinkValue", {6, posix::BytesOf(target)});
+           posix::WriteValueLine(u"SymbolicLinkValue", {6, posix::BytesOf(target)}).text;
   };
   Write(Prefix() / "system.reg",
         kHeader + "\n[System\\\\ControlSet001\\\\Nls] 1\n\"ACP\"=\"1250\"\n" +

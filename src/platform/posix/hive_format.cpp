@@ -360,32 +360,35 @@ std::size_t DataSize(std::string_view source) {
   return size;
 }
 
-std::string ValueLine(std::u16string_view name, const ValueData& data) {
-  std::string line;
-  line.reserve(name.size() + data.bytes.size() / 2 + 16);
+ValueLine WriteValueLine(std::u16string_view name, const ValueData& data) {
+  ValueLine line;
+  std::string& text = line.text;
+  text.reserve(name.size() + data.bytes.size() / 2 + 16);
   if (name.empty()) {
-    line += '@';
+    text += '@';
   } else {
-    AppendQuoted(line, name);
+    AppendQuoted(text, name);
+    line.nameSize = text.size() - 2;
   }
-  line += '=';
+  text += '=';
+  line.dataAt = text.size();
   if (IsWrittenAsText(data)) {
     if (data.type != REG_SZ) {
-      line += "str(";
-      AppendNumber(line, data.type, 16);
-      line += "):";
+      text += "str(";
+      AppendNumber(text, data.type, 16);
+      text += "):";
     }
-    std::u16string text = UnitsOf(data.bytes);
-    text.pop_back();
-    AppendQuoted(line, text);
+    std::u16string units = UnitsOf(data.bytes);
+    units.pop_back();
+    AppendQuoted(text, units);
   } else if (data.type == REG_DWORD && data.bytes.size() == sizeof(DWORD)) {
     const std::u16string halves = UnitsOf(data.bytes);
-    line += "dword:";
-    AppendNumber(line, (std::uint32_t{halves[1]} << 16) | halves[0], 16, 8);
+    text += "dword:";
+    AppendNumber(text, (std::uint32_t{halves[1]} << 16) | halves[0], 16, 8);
   } else {
-    AppendHex(line, data);
+    AppendHex(text, data);
   }
-  line += '\n';
+  text += '\n';
   return line;
 }
 

@@ -77,8 +77,19 @@ std::optional<std::u16string> WrittenText(std::string_view source);
 DWORD DataType(std::string_view source);
 std::size_t DataSize(std::string_view source);
 
-/// The line, with its line end, that Wine writes for a value. An empty name is the default value.
-std::string ValueLine(std::u16string_view name, const ValueData& data);
+/// The line of a value, with its line end.
+struct ValueLine {
+  std::string text;
+  std::size_t nameSize = 0;  ///< of the escaped name, which stands behind the first character
+  std::size_t dataAt = 0;    ///< what follows up to the line end is for DecodeData
+
+  std::string_view name() const { return std::string_view(text).substr(1, nameSize); }
+  std::string_view data() const {
+    return std::string_view(text).substr(dataAt, text.size() - dataAt - 1);
+  }
+};
+/// The line that Wine writes for a value. An empty name is the default value.
+ValueLine WriteValueLine(std::u16string_view name, const ValueData& data);
 
 /// A line of a hive; a value whose data goes on over several lines is one.
 struct HiveLine {

@@ -135,14 +135,11 @@ void KeyValues::setOwnLine(Slot& slot, std::u16string_view name, const ValueData
     slot.own = static_cast<std::int32_t>(ownLines_.size());
     ownLines_.emplace_back();
   }
-  std::string& own = ownLines_[static_cast<std::size_t>(slot.own)];
-  own = ValueLine(name, data);
-  LineScanner scanner(own);
-  HiveLine line;
-  scanner.next(line);
-  slot.line = line.text;
-  slot.name = line.name;
-  slot.data = line.rest;
+  ValueLine& own = ownLines_[static_cast<std::size_t>(slot.own)];
+  own = WriteValueLine(name, data);
+  slot.line = own.text;
+  slot.name = own.name();
+  slot.data = own.data();
   slot.changed = true;
 }
 

@@ -90,7 +90,7 @@ class KeyValues {
   std::vector<std::uint32_t> lineSlots_;  ///< for each value line of the file its slot
   std::vector<std::uint32_t> index_;      ///< open addressing, by the folded name's hash
   std::size_t indexUsed_ = 0;
-  std::deque<std::string> ownLines_;
+  std::deque<ValueLine> ownLines_;
   std::size_t fileSlots_ = 0;
   std::size_t live_ = 0;
   bool changed_ = false;

@@ -126,14 +126,13 @@ LSTATUS Open(HKEY root, LPCSTR path, REGSAM rights, bool isCreating, HKEY* key, 
   if (parent == nullptr) return ERROR_INVALID_HANDLE;
   std::u16string relative;
   if (!ReadPath(path, relative)) return ERROR_BAD_PATHNAME;
-  const bool isAllowed = IsCreatable(relative);
   auto place = world.locate(*parent, std::move(relative));
   if (!place) return ERROR_FILE_NOT_FOUND;
   Hive& hive = *place->hive;
   auto found = hive.image().find(place->path);
   isNew = !found;
   if (isNew && !isCreating) return ERROR_FILE_NOT_FOUND;
-  if (isNew && !isAllowed) return ERROR_INVALID_PARAMETER;
+  if (isNew && !IsCreatable(place->path)) return ERROR_INVALID_PARAMETER;
   if (isNew || (rights & kChangingRights) != 0) {
     const LSTATUS status = hive.mayChange();
     if (status != ERROR_SUCCESS) return status;
