@@ -341,7 +341,8 @@ TEST_F(QtViewsTest, ModalFormStandsOverItsOwner) {
   QWidget& owner = *TreeWindow().window();
   owner.move(0, 0);
   TestForm modal;
-  QTimer::singleShot(0, [&] {
+  QTimer soon;
+  QObject::connect(&soon, &QTimer::timeout, [&] {
     const QWidget& window = *QApplication::activeModalWidget();
     EXPECT_EQ(window.windowHandle()->transientParent(), owner.windowHandle());
     EXPECT_EQ(window.windowType(), Qt::Dialog);
@@ -350,6 +351,7 @@ TEST_F(QtViewsTest, ModalFormStandsOverItsOwner) {
     EXPECT_LT(off.manhattanLength(), 8) << "centred but for the frame";
     modal.Unload();
   });
+  soon.start(0);
   modal.ShowModal(form_);
 }
 

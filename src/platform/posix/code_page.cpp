@@ -143,6 +143,7 @@ class CodePage {
 
   std::u16string decode(std::string_view bytes) const;
   std::string encode(std::u16string_view text) const;
+  bool isSingleByte() const { return !utf8_ && pairs_.empty(); }
 
  private:
   void fill(unsigned page);
@@ -227,7 +228,7 @@ void CodePage::keepCode(char16_t unit, unsigned code, Converter& encoder) {
 std::u16string CodePage::decode(std::string_view bytes) const {
   if (utf8_) return FromUtf8(bytes);
   std::u16string text(bytes.size(), u'\0');
-  if (pairs_.empty()) {
+  if (isSingleByte()) {
     std::transform(bytes.begin(), bytes.end(), text.begin(),
                    [this](char byte) { return single_[static_cast<unsigned char>(byte)]; });
     return text;
@@ -250,7 +251,7 @@ std::u16string CodePage::decode(std::string_view bytes) const {
 std::string CodePage::encode(std::u16string_view text) const {
   if (utf8_) return ToUtf8(text);
   std::string bytes(text.size(), '\0');
-  if (pairs_.empty()) {
+  if (isSingleByte()) {
     std::transform(text.begin(), text.end(), bytes.begin(),
                    [this](char16_t unit) { return static_cast<char>(codes_[unit]); });
     return bytes;
@@ -367,6 +368,10 @@ std::basic_string_view<Char> Input(const Char* text, int count) {
 
 std::u16string FromCodePage(std::string_view bytes) {
   return Current().decode(bytes);
+}
+
+bool IsSingleByteCodePage() {
+  return Current().isSingleByte();
 }
 
 std::string ToCodePage(std::u16string_view text) {

@@ -11,6 +11,9 @@ std::u16string FromCodePage(std::string_view bytes);
 /// Bytes in the prefix's code page; '?' stands for a character outside it.
 std::string ToCodePage(std::u16string_view text);
 
+/// Whether each 16-bit unit takes one byte in the prefix's code page.
+bool IsSingleByteCodePage();
+
 /// Between 16-bit text and UTF-8; ill-formed input becomes U+FFFD.
 std::u16string FromUtf8(std::string_view bytes);
 std::string ToUtf8(std::u16string_view text);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -58,6 +59,13 @@ std::string BytesForCaller(std::string_view data) {
   return IsTextType(stored.type) ? ToCodePage(UnitsOf(stored.bytes)) : std::move(stored.bytes);
 }
 
+/// The size of those bytes, where it is known without making them.
+std::optional<DWORD> SizeForCaller(std::string_view data, DWORD type) {
+  if (!IsTextType(type)) return static_cast<DWORD>(DataSize(data));
+  if (!IsSingleByteCodePage()) return std::nullopt;
+  return static_cast<DWORD>(DataSize(data) / 2);
+}
+
 ValueData DataFromCaller(DWORD type, std::string_view bytes) {
   return {type, IsTextType(type) ? BytesOf(FromCodePage(bytes)) : std::string(bytes)};
 }
@@ -77,8 +85,15 @@ LSTATUS GiveData(std::string_view data, DWORD* type, BYTE* buffer, DWORD* size) 
   const DWORD ownType = DataType(data);
   if (type != nullptr) *type = ownType;
   if (size == nullptr) return ERROR_SUCCESS;
-  const std::string bytes = BytesForCaller(data);
   const DWORD room = *size;
+  if (buffer == nullptr || room == 0) {
+    // Asked for the size only.
+    if (const auto needed = SizeForCaller(data, ownType)) {
+      *size = *needed;
+      return buffer == nullptr || *needed == 0 ? ERROR_SUCCESS : ERROR_MORE_DATA;
+    }
+  }
+  const std::string bytes = BytesForCaller(data);
   const LSTATUS status = GiveBytes(bytes, buffer, *size);
   const bool isTerminated = !IsTextType(ownType) || bytes.empty() || bytes.back() == '\0';
   if (status == ERROR_SUCCESS && buffer != nullptr && !isTerminated && room > bytes.size())

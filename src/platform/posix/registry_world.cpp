@@ -24,8 +24,8 @@ std::unique_ptr<RegistryWorld>& World() {
 }
 
 /// Outlives the worlds, see above.
-std::uintptr_t& HandleCounter() {
-  static std::uintptr_t counter = 0;
+std::intptr_t& HandleCounter() {
+  static std::intptr_t counter = 0;
   return counter;
 }
 
@@ -81,28 +81,39 @@ RegistryWorld::RegistryWorld()
       machine_(PrefixRoot() / "system.reg", HiveRole::Machine),
       own_(PrefixRoot() / "torvane.reg", HiveRole::Own) {
   const auto addPredefined = [this](HKEY handle, Hive& hive) {
-    keys_.emplace(reinterpret_cast<std::uintptr_t>(handle),
-                  OpenKey({&hive, std::u16string()}, kAllRights, std::nullopt));
+    keys_.push_back({reinterpret_cast<std::intptr_t>(handle),
+                     OpenKey({&hive, std::u16string()}, kAllRights, std::nullopt)});
   };
   addPredefined(HKEY_CURRENT_USER, user_);
   addPredefined(HKEY_LOCAL_MACHINE, machine_);
 }
 
+std::vector<RegistryWorld::Handle>::iterator RegistryWorld::findHandle(HKEY handle) {
+  const auto number = reinterpret_cast<std::intptr_t>(handle);
+  const auto found = std::lower_bound(
+      keys_.begin(), keys_.end(), number,
+      [](const Handle& open, std::intptr_t wanted) { return open.number < wanted; });
+  return found != keys_.end() && found->number == number ? found : keys_.end();
+}
+
 OpenKey* RegistryWorld::key(HKEY handle) {
-  const auto found = keys_.find(reinterpret_cast<std::uintptr_t>(handle));
-  return found == keys_.end() ? nullptr : &found->second;
+  const auto found = findHandle(handle);
+  return found == keys_.end() ? nullptr : &found->key;
 }
 
 HKEY RegistryWorld::add(KeyPlace place, REGSAM rights, KeyId known) {
-  constexpr std::uintptr_t kStep = 4;
+  constexpr std::intptr_t kStep = 4;
   HandleCounter() += kStep;
-  keys_.emplace(HandleCounter(), OpenKey(std::move(place), rights, known));
+  keys_.push_back({HandleCounter(), OpenKey(std::move(place), rights, known)});
   return reinterpret_cast<HKEY>(HandleCounter());
 }
 
 bool RegistryWorld::close(HKEY handle) {
   if (handle == HKEY_CURRENT_USER || handle == HKEY_LOCAL_MACHINE) return true;
-  return keys_.erase(reinterpret_cast<std::uintptr_t>(handle)) != 0;
+  const auto found = findHandle(handle);
+  if (found == keys_.end()) return false;
+  keys_.erase(found);
+  return true;
 }
 
 std::optional<KeyPlace> RegistryWorld::locate(const OpenKey& parent, std::u16string path) {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "platform/posix/hive.h"
 #include "platform/winapi.h"
@@ -54,7 +54,8 @@ class RegistryWorld {
   Hive& machine() { return machine_; }
   Hive& own() { return own_; }
 
-  /// The key behind a handle, null for a bad one. The predefined keys are open with all rights.
+  /// The key behind a handle, null for a bad one. Valid until the next key is opened or closed. The
+  /// predefined keys are open with all rights.
   OpenKey* key(HKEY handle);
   HKEY add(KeyPlace place, REGSAM rights, KeyId known);
   /// Gives false for a bad handle.
@@ -70,7 +71,12 @@ class RegistryWorld {
   Hive user_;
   Hive machine_;
   Hive own_;
-  std::unordered_map<std::uintptr_t, OpenKey> keys_;
+  struct Handle {
+    std::intptr_t number;
+    OpenKey key;
+  };
+  std::vector<Handle>::iterator findHandle(HKEY handle);
+  std::vector<Handle> keys_;  ///< by number, the predefined ones, which are negative, in front
 };
 
 }  // namespace torvane::posix
