@@ -105,6 +105,7 @@ LSTATUS GiveData(std::string_view data, DWORD* type, BYTE* buffer, DWORD* size) 
 struct OpenValues {
   LSTATUS status = ERROR_SUCCESS;
   OpenKey* key = nullptr;
+  KeyId id = kRootKey;
   KeyValues* values = nullptr;
 };
 
@@ -114,7 +115,7 @@ OpenValues ValuesOf(HKEY handle, REGSAM rights) {
   if (!key->allows(rights)) return {ERROR_ACCESS_DENIED};
   const auto found = key->find();
   if (!found) return {ERROR_KEY_DELETED};
-  return {ERROR_SUCCESS, key, &key->hive().image().values(*found)};
+  return {ERROR_SUCCESS, key, *found, &key->hive().image().values(*found)};
 }
 
 OpenValues ValuesForChange(HKEY handle) {
@@ -266,7 +267,7 @@ LSTATUS RegQueryInfoKeyA(HKEY key, LPSTR className, DWORD* classSize, DWORD*, DW
                          FILETIME* lastWrite) {
   const OpenValues open = ValuesOf(key, KEY_QUERY_VALUE);
   if (open.status != ERROR_SUCCESS) return open.status;
-  const KeySummary summary = open.key->hive().image().summary(*open.key->find());
+  const KeySummary summary = open.key->hive().image().summary(open.id);
   Give(subKeys, summary.subkeys);
   Give(longestSubKey, summary.longestSubkey);
   Give(longestClass, summary.longestClass);
