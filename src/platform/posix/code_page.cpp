@@ -250,13 +250,14 @@ std::u16string CodePage::decode(std::string_view bytes) const {
 
 std::string CodePage::encode(std::u16string_view text) const {
   if (utf8_) return ToUtf8(text);
-  std::string bytes(text.size(), '\0');
+  std::string bytes;
   if (isSingleByte()) {
+    bytes.resize(text.size());
     std::transform(text.begin(), text.end(), bytes.begin(),
                    [this](char16_t unit) { return static_cast<char>(codes_[unit]); });
     return bytes;
   }
-  bytes.clear();
+  bytes.reserve(text.size());
   for (const char16_t unit : text) {
     const std::uint16_t code = codes_[unit];
     if (code > 0xFF) bytes.push_back(static_cast<char>(code >> 8U));

@@ -11,6 +11,12 @@ const torvane::Text& ListItem::SubItems(int column) const {
   return slot < subItems_.size() ? subItems_[slot] : kNone;
 }
 
+torvane::Text ListItem::Shown(int column) const {
+  constexpr std::size_t kMostUnits = 259;
+  const torvane::Text& whole = column == 0 ? text_ : SubItems(column);
+  return whole.size() > kMostUnits ? whole.substr(0, kMostUnits) + u'\u2026' : whole;
+}
+
 void ListItem::SubItems(int column, torvane::Text text) {
   const auto slot = static_cast<std::size_t>(column - 1);
   if (slot >= subItems_.size()) subItems_.resize(slot + 1);

@@ -21,6 +21,9 @@ class ListItem {
   /// The text of column `column` + 1, from 1 on; empty where none was set.
   const ::torvane::Text& SubItems(int column) const;
   void SubItems(int column, ::torvane::Text text);
+  /// What a cell of column `column` + 1, from 0 on, shows: the text, or the front of a long one
+  /// with an ellipsis. To lay out a text of a million characters takes a view seconds.
+  ::torvane::Text Shown(int column) const;
   /// A text that the program owns.
   const ::torvane::Text& Tag() const { return tag_; }
   void Tag(::torvane::Text tag) { tag_ = std::move(tag); }

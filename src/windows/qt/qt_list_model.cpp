@@ -7,9 +7,6 @@
 namespace torvane {
 namespace {
 
-/// What a cell shows at most. Laying out a text of 32,000 characters takes as long as painting a
-/// screen of rows, and the native list cuts earlier.
-constexpr std::size_t kShownCharacters = 260;
 constexpr int kNoImage = -1;
 
 bool IsLineBreaking(QChar unit) {
@@ -42,15 +39,8 @@ Qt::ItemFlags QtListModel::flags(const QModelIndex& index) const {
   return Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
 }
 
-const Text& QtListModel::text(int row, int column) const {
-  const ListItem& item = list_.ListItems()(row + 1);
-  return column == 0 ? item.Text() : item.SubItems(column);
-}
-
 QString QtListModel::cellText(int row, int column) const {
-  const Text& whole = text(row, column);
-  QString shown = ToQString(TextView(whole).substr(0, kShownCharacters));
-  if (whole.size() > kShownCharacters) shown += QChar(0x2026);
+  QString shown = ToQString(list_.ListItems()(row + 1).Shown(column));
   std::replace_if(shown.begin(), shown.end(), IsLineBreaking, QLatin1Char(' '));
   return shown;
 }

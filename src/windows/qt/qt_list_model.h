@@ -40,8 +40,6 @@ class QtListModel : public QAbstractTableModel {
   bool showsImages() const { return showsImages_; }
 
  private:
-  const Text& text(int row, int column) const;
-
   const List& list_;
   QtPictures& pictures_;
   int rows_ = 0;     ///< as Qt knows

@@ -7,7 +7,9 @@
 
 #include <QApplication>
 #include <QWidget>
+#include <cerrno>
 #include <csignal>
+#include <cstdint>
 
 namespace torvane {
 namespace {
@@ -28,7 +30,12 @@ void Answer(void (*handler)(int)) {
   struct sigaction action {};
   action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
-  for (const int signal : kSignals) sigaction(signal, &action, nullptr);
+  for (const int signal : kSignals) {
+    struct sigaction before {};
+    sigaction(signal, nullptr, &before);
+    // One who started us in the background, or with nohup, wants it to be passed over.
+    if (before.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);
+  }
 }
 
 /// The window that has to be closed before any other; null when all are.
@@ -52,10 +59,12 @@ ClosingSignals::ClosingSignals()
     closer_.start();
   });
   QObject::connect(&closer_, &QTimer::timeout, &closer_, [this] {
-    if (QWidget* window = Uppermost()) {
-      window->close();
-    } else {
+    QWidget* window = Uppermost();
+    if (!window) {
       closer_.stop();
+    } else if (window->windowType() != Qt::SplashScreen) {
+      // The start goes on to its end first: there is nothing below the splash yet.
+      window->close();
     }
   });
   wakeDescriptor = wake_.get();

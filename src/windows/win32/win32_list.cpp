@@ -17,9 +17,6 @@ namespace torvane {
 namespace {
 
 constexpr int kNewColumnWidth = 96;
-/// What a cell shows at most: the control measures and paints all that it is given, which takes
-/// seconds for a text of a million characters.
-constexpr std::size_t kShownCharacters = 259;
 
 }  // namespace
 
@@ -174,18 +171,9 @@ LRESULT Win32List::onNotify(NMHDR& header) {
   LVITEMW& wanted = reinterpret_cast<NMLVDISPINFOW&>(header).item;
   if ((wanted.mask & LVIF_TEXT) == 0) return 0;
 
-  static const Text kNone;
   const ListItemCollection& items = model().ListItems();
-  const Text* text = &kNone;
-  if (wanted.iItem < items.Count()) {
-    const ListItem& item = items(wanted.iItem + 1);
-    text = wanted.iSubItem == 0 ? &item.Text() : &item.SubItems(wanted.iSubItem);
-  }
-  if (text->size() > kShownCharacters) {
-    cut_ = text->substr(0, kShownCharacters) + u'\u2026';
-    text = &cut_;
-  }
-  wanted.pszText = WideForRecord(*text);
+  shown_ = wanted.iItem < items.Count() ? items(wanted.iItem + 1).Shown(wanted.iSubItem) : Text();
+  wanted.pszText = WideForRecord(shown_);
   return 0;
 }
 

@@ -36,7 +36,7 @@ class Win32List : public Win32View<ListView, List> {
   const WNDPROC own_;  ///< the control's, behind the program's
   int columns_ = 0;
   bool painting_ = true;
-  Text cut_;  ///< what was given to the control last instead of a text that is too long
+  Text shown_;  ///< what the control was given last, by its address
 };
 
 }  // namespace torvane
