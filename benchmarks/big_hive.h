@@ -5,14 +5,15 @@
 #include <fstream>
 #include <string>
 
-#include "platform/posix/hive.h"
+#include "platform/posix/prefix/new_hive.h"
+#include "platform/posix/registry/hive.h"
 #include "url_list.h"
 
 namespace torvane::benchmarks {
 
 /// A hive of `size` bytes or a little more: many keys of a few values of all forms.
 inline std::string MakeHive(std::size_t size) {
-  std::string text = posix::HiveHeader(posix::HiveRole::User, "win64");
+  std::string text = posix::NewHive(posix::HiveRoot::User, "win64");
   for (int key = 0; text.size() < size; ++key) {
     const std::string number = std::to_string(key);
     text += "\n[Software\\\\Classes\\\\CLSID\\\\{00000000-0000-0000-0000-" + number +

@@ -9,8 +9,9 @@
 #include <array>
 
 #include "big_hive.h"
-#include "platform/posix/prefix.h"
-#include "platform/posix/write_back.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/disk/write_back.h"
+#include "platform/posix/prefix/prefix.h"
 
 namespace torvane::benchmarks {
 namespace {

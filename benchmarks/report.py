@@ -43,6 +43,7 @@ def rows():
            best('RewriteOneKey') / best('PlainReadParseWrite'), 'x', 2, False)
     yield 'hive of 50 MB: load', 50 * 1.048576 / best('LoadHive'), 'MB/s', 150, True
     yield 'hive of 50 MB: memory over the file', best('LoadHive', 'memory_per_file'), 'x', 3, False
+    yield 'hive of 20 MB with 10,000 keys: find the lists', best('FindLists') * 1e3, 'ms', 20, False
     torvane, empty = seconds('start')
     yield 'start over an empty window with tree and list', torvane / empty, 'x', 1.5, False
     yield 'list window: fill with 100,000 rows', best('FillListWindow'), 's', 1, False

@@ -7,7 +7,7 @@
 #include "url_list.h"
 
 #ifdef __linux__
-#include "platform/posix/write_back.h"
+#include "platform/posix/disk/write_back.h"
 #endif
 
 namespace {

@@ -3,8 +3,10 @@
 #include <benchmark/benchmark.h>
 
 #include "big_hive.h"
-#include "platform/posix/prefix.h"
-#include "platform/posix/write_back.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/disk/write_back.h"
+#include "platform/posix/prefix/new_hive.h"
+#include "platform/posix/prefix/prefix.h"
 
 namespace torvane::benchmarks {
 namespace {
@@ -13,7 +15,7 @@ void ReadAndRewrite(benchmark::State& state) {
   const auto count = static_cast<int>(state.range(0));
   UrlList world;
   const std::filesystem::path hive = posix::PrefixRoot() / "user.reg";
-  const std::string text = posix::HiveHeader(posix::HiveRole::User, "win64") + MakeListKey(count);
+  const std::string text = posix::NewHive(posix::HiveRoot::User, "win64") + MakeListKey(count);
   for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     WriteFile(hive, text);
@@ -41,7 +43,7 @@ void ReadFileList(benchmark::State& state) {
   UrlList world;
   std::filesystem::create_directories(world.HostPath("C:\\files"));
   std::string text =
-      posix::HiveHeader(posix::HiveRole::User, "win64") + "\n[Software\\\\TorvaneTest\\\\List] 1\n";
+      posix::NewHive(posix::HiveRoot::User, "win64") + "\n[Software\\\\TorvaneTest\\\\List] 1\n";
   for (int n = 1; n <= kFiles; ++n) {
     const std::string name = "Document " + std::to_string(n) + ".txt";
     WriteFile(world.HostPath("C:\\files\\" + name), {});

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "editing/rewrite_registry.h"
+#include "editing/rewrite.h"
 #include "readers/basListFill.h"
 #include "support/list_window.h"
 

@@ -8,7 +8,9 @@
 #include <stdexcept>
 
 #include "big_hive.h"
-#include "platform/posix/prefix.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/prefix/new_hive.h"
+#include "platform/posix/prefix/prefix.h"
 #include "platform_toolkit.h"
 #include "windows/controls/toolkit.h"
 
@@ -22,7 +24,7 @@ class LongListWindow : public UrlList {
  public:
   LongListWindow() {
     WriteFile(posix::PrefixRoot() / "user.reg",
-              posix::HiveHeader(posix::HiveRole::User, "win64") + MakeListKey(kRows));
+              posix::NewHive(posix::HiveRoot::User, "win64") + MakeListKey(kRows));
     posix::ForgetWorld();
     // The scratch world's own toolkit shows no windows.
     SetToolkit(&PlatformToolkit());
@@ -44,7 +46,7 @@ class LongListWindow : public UrlList {
     posix::ForgetWorld();
     ClearEntryList(shown_);
     FillUrlList(Row(), shown_);
-    SendMessageA(shown_.hWnd(), LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE_USEHEADER);
+    SendMessageW(shown_.hWnd(), LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE_USEHEADER);
     CurrentToolkit().DoEvents();
     widget().viewport()->grab();
   }

@@ -1,5 +1,5 @@
-# What a user installs. On Linux: the program, its entry in the desktop's menu, its icons and its
-# pages, as a Debian package. On Windows: a zip with the program and the readme. `cpack` in a build
+# What a user installs. On Linux: both programs, the window's entry in the desktop's menu, its icons and its
+# pages, as a Debian package. On Windows: a zip with the programs and the readme. `cpack` in a build
 # folder makes the one that belongs to it; scripts/package makes both.
 if(NOT TARGET torvane)
   return()
@@ -9,7 +9,7 @@ set(TORVANE_RELEASE_DATE 2026-11-22)
 set(packaging ${CMAKE_SOURCE_DIR}/packaging)
 
 if(WIN32)
-  install(TARGETS torvane RUNTIME DESTINATION .)
+  install(TARGETS torvane torvane-cli RUNTIME DESTINATION .)
   install(FILES resources/readme.txt DESTINATION .)
   set(CPACK_GENERATOR ZIP)
   set(CPACK_PACKAGE_FILE_NAME torvane-${PROJECT_VERSION}-windows)
@@ -20,10 +20,14 @@ endif()
 
 # It reads files that others wrote: what the compiler can guard costs nothing to speak of.
 if(NOT TORVANE_SANITIZE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
-  target_compile_definitions(torvane_platform PRIVATE _FORTIFY_SOURCE=2)
-  target_compile_options(torvane_platform PRIVATE
-    "$<$<COMPILE_LANGUAGE:CXX>:-fstack-protector-strong>")
-  target_link_options(torvane PRIVATE -Wl,-z,relro,-z,now)
+  foreach(room text disk prefix registry paths profile shell platform)
+    target_compile_definitions(torvane_${room} PRIVATE _FORTIFY_SOURCE=2)
+    target_compile_options(torvane_${room} PRIVATE
+      "$<$<COMPILE_LANGUAGE:CXX>:-fstack-protector-strong>")
+  endforeach()
+  foreach(program torvane torvane-cli)
+    target_link_options(${program} PRIVATE -Wl,-z,relro,-z,now)
+  endforeach()
 endif()
 
 # Only what makes packages needs these two, so a build without them is a build all the same.
@@ -50,6 +54,7 @@ endfunction()
 execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C date -u -R -d ${TORVANE_RELEASE_DATE}
   OUTPUT_VARIABLE TORVANE_RELEASE_TIME OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 torvane_packed(torvane.1 ${CMAKE_INSTALL_MANDIR}/man1)
+torvane_packed(torvane-cli.1 ${CMAKE_INSTALL_MANDIR}/man1)
 torvane_packed(changelog ${CMAKE_INSTALL_DOCDIR})
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
@@ -66,7 +71,10 @@ endforeach()
 install(FILES resources/icons/torvane.svg DESTINATION ${theme}/scalable/apps)
 add_custom_target(torvane_package_files ALL DEPENDS ${outputs})
 
-install(TARGETS torvane)
+install(TARGETS torvane torvane-cli)
+install(FILES packaging/torvane-cli.bash RENAME torvane-cli
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+install(FILES docs/torvane-cli.schema.json DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES packaging/torvane.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 configure_file(packaging/torvane.metainfo.xml.in ${made}/example.halvex.torvane.metainfo.xml @ONLY)
 install(FILES ${made}/example.halvex.torvane.metainfo.xml

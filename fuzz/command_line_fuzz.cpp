@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "check.h"
-#include "platform/posix/command_line.h"
+#include "platform/posix/shell/command_line.h"
 
 namespace torvane::fuzz {
 namespace {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "check.h"
-#include "platform/posix/hive_image.h"
+#include "platform/posix/registry/hive_image.h"
 #include "scratch_prefix.h"
 
 namespace torvane::fuzz {
@@ -40,14 +40,23 @@ std::u16string Folded(std::u16string text) {
   return text;
 }
 
-/// The file cut at its key lines: a piece's folded path and its bytes.
+/// A key's path as Wine means it: folded, without empty parts.
+std::u16string MeantPath(std::u16string_view written) {
+  std::u16string path;
+  for (const char16_t unit : Folded(std::u16string(written)))
+    if (unit != u'\\' || (!path.empty() && path.back() != u'\\')) path += unit;
+  if (path.ends_with(u'\\')) path.pop_back();
+  return path;
+}
+
+/// The file cut at its key lines: a piece's path and its bytes.
 std::vector<std::pair<std::u16string, std::string>> Pieces(const std::string& bytes) {
   std::vector<std::pair<std::u16string, std::string>> pieces{{u"\n", {}}};
   posix::LineScanner scanner(bytes);
   posix::HiveLine line;
   while (scanner.next(line)) {
     if (line.kind == posix::HiveLine::Kind::Key)
-      pieces.emplace_back(Folded(posix::DecodeText(line.name)), std::string());
+      pieces.emplace_back(MeantPath(posix::DecodeText(line.name)), std::string());
     pieces.back().second += line.text;
   }
   return pieces;
@@ -58,6 +67,14 @@ Values ValuesOf(const posix::KeyValues& key) {
   for (std::size_t i = 0; i < key.count(); ++i) {
     const auto value = key.at(i);
     const auto data = posix::DecodeData(value->data);
+    Check(posix::DataType(value->data) == data.type &&
+              posix::DataSize(value->data) == data.bytes.size(),
+          "type and size are told without making the bytes");
+    const auto written = posix::WriteValueLine(value->decodedName(), data);
+    const auto again = posix::DecodeData(written.data());
+    Check(again.type == data.type && again.bytes == data.bytes &&
+              posix::DecodeText(written.name()) == value->decodedName(),
+          "what is written reads as it was read");
     values[Folded(value->decodedName())] = {data.type, data.bytes};
   }
   Check(values.size() == key.count(), "names are told apart without case");

@@ -2,7 +2,7 @@
 #include <QGuiApplication>
 
 #include "check.h"
-#include "windows/qt/qt_pictures.h"
+#include "windows/qt/icons.h"
 
 namespace {
 

@@ -4,25 +4,27 @@
 #include <vector>
 
 #include "check.h"
-#include "platform/posix/profile_text.h"
+#include "platform/posix/profile/profile_text.h"
 #include "scratch_prefix.h"
 
 namespace torvane::fuzz {
 namespace {
 
 bool IsWide(std::string_view bytes) {
-  return bytes.starts_with("\xFF\xFE");
+  return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
 }
 
-/// The units of a file: two bytes each of a wide one, where an odd byte behind the last stands for
-/// itself, else one.
+/// The units of a file: two bytes each of a wide one, by its mark, where an odd byte behind the
+/// last stands for itself, else one.
 std::u16string UnitsOf(std::string_view bytes) {
   const std::size_t width = IsWide(bytes) ? 2 : 1;
+  const bool isBig = bytes.starts_with("\xFE\xFF");
   std::u16string units;
   for (std::size_t i = 0; i < bytes.size(); i += width) {
     unsigned unit = static_cast<unsigned char>(bytes[i]);
     if (width == 2 && i + 1 < bytes.size()) {
-      unit |= static_cast<unsigned>(static_cast<unsigned char>(bytes[i + 1])) << 8U;
+      const unsigned other = static_cast<unsigned char>(bytes[i + 1]);
+      unit = isBig ? (unit << 8U) | other : unit | (other << 8U);
     }
     units += static_cast<char16_t>(unit);
   }

@@ -76,11 +76,11 @@ TEST_F(CodePageTest, ExpandsKnownVariables) {
   };
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.text);
-    std::array<char, 64> buffer{};
+    Text buffer(64, u'\0');
     const auto needed = static_cast<DWORD>(std::string(row.expanded).size() + 1);
-    EXPECT_EQ(ExpandEnvironmentStringsA(row.text, buffer.data(), 64), needed);
-    EXPECT_STREQ(buffer.data(), row.expanded);
-    EXPECT_EQ(ExpandEnvironmentStringsA(row.text, buffer.data(), 1), needed);
+    EXPECT_EQ(ExpandEnvironmentStringsW(W(row.text), WideBuffer(buffer), 64), needed);
+    EXPECT_EQ(StripAtNull(buffer), Utf16(row.expanded));
+    EXPECT_EQ(ExpandEnvironmentStringsW(W(row.text), WideBuffer(buffer), 1), needed);
   }
 }
 

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
 #include "editing/delete_commands.h"
-#include "editing/rewrite_ini.h"
-#include "editing/rewrite_registry.h"
 #include "editing/value_names.h"
+#include "platform/winapi.h"
 #include "readers/basListFill.h"
-#include "readers/ini_folders.h"
 #include "storage/raised_error.h"
 #include "support/list_window.h"
 #include "support/printing.h"
@@ -15,6 +17,8 @@ namespace {
 
 using namespace std::string_literals;
 using testing::TextValue;
+using testing::Utf16;
+using testing::Utf8;
 using Stored = std::map<std::string, std::string>;
 
 TEST(ValueNamesTest, FollowTheNameForm) {
@@ -78,7 +82,7 @@ TEST_F(EditingTest, DeletesSelectedAndRenumbers) {
   SetValue(std::string(kListKey) + "\\Sub", "x", 1, "y");
   FillRow(FillRegistryList, kFiles);
   DeleteRows({u"b.txt", u"default"});
-  const std::string shown = ToAnsi(LowerCase(FromAnsi(file)));
+  const std::string shown = Utf8(LowerCase(Utf16(file)));
   EXPECT_EQ(Texts(kListKey), (Stored{{"File1", shown}, {"File2", "bare.txt"}, {"MRUCount", "2"}}));
   EXPECT_EQ(Values(std::string(kListKey) + "\\Sub").size(), 1U);
   EXPECT_EQ(Counters().DeletedCount, 2);
@@ -139,13 +143,35 @@ TEST_F(EditingTest, WritesEachFormAsItsProgramReadsIt) {
        {{"My Key", "HKEY_X"}}},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(ToAnsi(c.row));
+    SCOPED_TRACE(Utf8(c.row));
     Key(c.values);
     FillRow(c.reader, c.row);
     DeleteRows({c.doomed});
     EXPECT_EQ(Texts(kListKey), c.left);
     ExpectSameAfterReading();
   }
+}
+
+TEST_F(EditingTest, EveryCharacterIsKept) {
+  const std::string file = MakeFile("\u0141\u00F3d\u017A\\\u65E5\u672C.TXT");
+  const std::string shown = Utf8(LowerCase(Utf16(file)));
+  Key({{"File1", "C:\\Za\u017C\u00F3\u0142\u0107.doc"}, {"File2", "x"}, {"File3", file}});
+  FillRow(FillRegistryList, kFiles);
+  EXPECT_EQ(Counters().MissingCount, 2);
+  DeleteRows({u"x"});
+  EXPECT_EQ(Texts(kListKey), (Stored{{"File1", "c:\\za\u017C\u00F3\u0142\u0107.doc"},
+                                     {"File2", shown},
+                                     {"MRUCount", "2"}}));
+  DeleteRows({u"\u65E5\u672C.txt"});
+  EXPECT_EQ(Texts(kListKey).size(), 2U);
+
+  Key({{"\u0416 \u03A9 \u65E5\u672C", "HKEY_\U0001F600"}, {"\u0416", "HKEY_X"}, {"?", "HKEY_Y"}});
+  FillRow(FillRegEditFavorites, u"Test,TorvaneTest\\List,8,*,*,*,*,*,*");
+  DeleteRows({u"?"});
+  DeleteRows({u"\u0416"});
+  EXPECT_EQ(Texts(kListKey), (Stored{{"\u0416 \u03A9 \u65E5\u672C", "HKEY_\U0001F600"}}));
+  DeleteRows({u"\u0416 \u03A9 \u65E5\u672C"});
+  EXPECT_EQ(Texts(kListKey), Stored());
 }
 
 TEST_F(EditingTest, ListsByValueNameKeepTheirSurvivorsUntouched) {
@@ -183,14 +209,6 @@ TEST_F(EditingTest, RunListKeepsDataAndOrderOfUse) {
   EXPECT_EQ(Texts(kListKey), (Stored{{"MRUCount", ""}}));
 }
 
-TEST_F(EditingTest, RunListWritesWhatVanishedAnew) {
-  Key({{"a", "calc\\1"}, {"b", "x\\1"}, {"MRUCount", "ab"}});
-  FillRow(FillCommandList, kRun);
-  Key({{"b", "x\\1"}, {"MRUCount", "ab"}});
-  DeleteRows({u"x"});
-  EXPECT_EQ(Texts(kListKey), (Stored{{"A", "calc\\1"}, {"MRUCount", "a"}}));
-}
-
 class IniEditingTest : public EditingTest {
  protected:
   IniEditingTest() { UseKey("Software\\Halvex\\Torvane"); }
@@ -223,6 +241,155 @@ TEST_F(IniEditingTest, ProgramsWithTheirOwnFolder) {
   DeleteAllFromIni(list_);
   FillEntry(FillInstalledIniList, entry_);
   EXPECT_EQ(list_.ListItems().Count(), 0);
+
+  // Windows keeps a copy for a program that may not write into its folder.
+  Text local(MAX_PATH, u'\0');
+  ExpandEnvironmentStringsW(Wide(u"%LOCALAPPDATA%"), WideBuffer(local), MAX_PATH);
+  const std::filesystem::path copies = Host(ToAnsi(StripAtNull(local)) + "\\VirtualStore");
+  const std::filesystem::path copy = copies / Folder().substr(3) / "Prog" / "torvane-test.ini";
+  WriteBack();
+  MakeFile("Prog\\torvane-test.ini", "[List]\r\nMRU1=C:\\Old\r\n");
+  std::filesystem::create_directories(copy.parent_path());
+  std::ofstream(copy, std::ios::binary) << "[List]\r\nMRU1=C:\\D\r\nMRU2=C:\\E\r\n";
+  FillEntry(FillInstalledIniList, entry_);
+  Select({u"d"});
+  DeleteSelectedFromIni(list_);
+  WriteBack();
+  std::stringstream left;
+  left << std::ifstream(copy, std::ios::binary).rdbuf();
+  EXPECT_EQ(left.str(), "[List]\r\nMRU1=c:\\e\r\n");
+  EXPECT_EQ(FileBytes(Folder() + "\\Prog\\torvane-test.ini"), "[List]\r\nMRU1=C:\\Old\r\n");
+  std::filesystem::remove_all(copies);
+}
+
+class CommandsTest : public EditingTest {
+ protected:
+  std::vector<Text> Texts1() const {
+    std::vector<Text> texts;
+    for (int n = 1; n <= list_.ListItems().Count(); ++n)
+      texts.push_back(list_.ListItems()(n).Text());
+    return texts;
+  }
+  std::vector<Text> Selected() const {
+    std::vector<Text> texts;
+    for (int n = 1; n <= list_.ListItems().Count(); ++n) {
+      if (list_.ListItems()(n).Selected()) texts.push_back(list_.ListItems()(n).Text());
+    }
+    return texts;
+  }
+  std::vector<StoredValue> Values() const {
+    return KeyStore(Text(u"software\\TorvaneTest\\List")).Read().values;
+  }
+
+  Tree tree_{form_, u"Tree"};
+  UndoStore undo_;
+  const DeleteContext context_{list_, status_, tree_, undo_};
+};
+
+TEST_F(CommandsTest, RefuseAListThatAnotherProgramHasChanged) {
+  Key({{"File1", "C:\\1"}, {"File2", "C:\\2"}, {"File3", "C:\\3"}});
+  FillRow(FillRegistryList, kFiles);
+  Select({u"2"});
+  SetValue(kListKey, "File4", REG_SZ, "C:\\4");
+  const auto before = Values();
+  DeleteSelectedEntries(context_);
+  EXPECT_EQ(Values(), before);
+  ASSERT_EQ(toolkit_.messages.size(), 1U);
+  EXPECT_TRUE(toolkit_.messages[0].text.starts_with(u"Another program has changed this list"));
+  EXPECT_EQ(Texts1(), (std::vector<Text>{u"1", u"2", u"3", u"4"}));
+  EXPECT_EQ(status_.Panels(2).Text(), u"Total: 4");
+  UndoDelete(context_);
+  EXPECT_EQ(toolkit_.messages.size(), 1U);
+}
+
+TEST_F(CommandsTest, TakeBackTenDeletionsLastFirst) {
+  std::vector<std::vector<StoredValue>> states;
+  std::vector<TextValue> values;
+  for (int n = 1; n <= 11; ++n) {
+    values.emplace_back("File" + std::to_string(n), "C:\\" + std::to_string(n));
+  }
+  Key(values);
+  SetValue(kListKey, "odd", REG_BINARY, "C:\\odd");
+  FillRow(FillRegistryList, kFiles);
+  for (int n = 1; n <= 10; ++n) {
+    states.push_back(Values());
+    Select({Decimal(n)});
+    DeleteSelectedEntries(context_);
+  }
+  EXPECT_EQ(list_.Hint(), u"Ctrl+Z takes it back");
+  EXPECT_EQ(status_.Hint(), u"Ctrl+Z takes it back");
+  for (int n = 10; n >= 1; --n) {
+    UndoDelete(context_);
+    EXPECT_EQ(Values(), states.back()) << n;
+    EXPECT_EQ(Selected(), std::vector<Text>{Decimal(n)});
+    EXPECT_EQ(status_.Panels(2).Text(), u"Total: " + Decimal(13 - n));
+    states.pop_back();
+  }
+  EXPECT_EQ(list_.Hint(), u"");
+  UndoDelete(context_);
+  EXPECT_TRUE(toolkit_.messages.empty());
+}
+
+TEST_F(CommandsTest, TakeNothingBackOverSomeoneElsesWork) {
+  Key({{"File1", "C:\\1"}, {"File2", "C:\\2"}});
+  FillRow(FillRegistryList, kFiles);
+  const auto before = Values();
+  DeleteAllEntries(context_);
+  SetValue(kListKey, "File1", REG_SZ, "C:\\new");
+  const auto changed = Values();
+  UndoDelete(context_);
+  EXPECT_EQ(Values(), changed);
+  EXPECT_EQ(toolkit_.messages.size(), 1U);
+  EXPECT_EQ(Texts1(), std::vector<Text>{u"new"});
+  Key({{"MRUCount", "0"}});
+  UndoDelete(context_);
+  EXPECT_EQ(Values(), before);
+}
+
+TEST_F(CommandsTest, RefuseAFormOfNamesThatIsNotKnown) {
+  Key({{"File1", "C:\\1"}, {"File2", "C:\\2"}});
+  FillRow(FillRegistryList, u"Test,TorvaneTest\\List,0,*,File,x,*,*,*");
+  const auto before = Values();
+  Select({u"1"});
+  EXPECT_THROW(DeleteSelectedEntries(context_), RaisedError);
+  EXPECT_EQ(Values(), before);
+  EXPECT_EQ(Selected(), std::vector<Text>{u"1"});
+  DeleteAllEntries(context_);
+  EXPECT_TRUE(Values().empty());
+}
+
+TEST_F(CommandsTest, PutBackWhatTheyDeletedWhenAWriteFails) {
+  Key({{"File1", "C:\\1"}, {"x", "C:\\2"}, {"File3", "C:\\3"}, {"", "C:\\4"}});
+  SetValue(kListKey, "odd", REG_BINARY, "C:\\odd");
+  // The survivors' names are longer than a name may be.
+  const Text prefix(16383, u'n');
+  FillRow(FillRegistryList, u"Test,TorvaneTest\\List,0,*," + prefix + u",1,*,*,*");
+  const auto before = Values();
+  Select({u"1", u"3"});
+  EXPECT_THROW(DeleteSelectedEntries(context_), RaisedError);
+  EXPECT_EQ(Values(), before);
+  EXPECT_EQ(Selected(), (std::vector<Text>{u"1", u"3"}));
+  EXPECT_EQ(list_.ListItems().Count(), 5);
+  EXPECT_EQ(Counters().DeletedCount, 0);
+  EXPECT_EQ(list_.Hint(), u"");
+}
+
+TEST_F(CommandsTest, GiveTheRunBoxNoNamesButLetters) {
+  std::vector<TextValue> values;
+  const std::vector<Text> names = NamesOfForm(u"a*").First(40);
+  for (int n = 0; n < 40; ++n) {
+    values.emplace_back(Utf8(names[static_cast<std::size_t>(n)]), std::to_string(n) + "\\1");
+  }
+  values.emplace_back("MRUList", "ba");
+  Key(values);
+  FillRow(FillCommandList, u"Test,TorvaneTest\\List,9,*,a,*,MRUList,S,*");
+  Select({u"0"});
+  DeleteSelectedEntries(context_);
+  EXPECT_EQ(list_.ListItems().Count(), 39);
+  std::string order = Texts(kListKey)["MRUList"];
+  std::sort(order.begin(), order.end());
+  EXPECT_EQ(order, "abcdefghijklmnopqrstuvwxyz");
+  ExpectSameAfterReading();
 }
 
 TEST_F(EditingTest, CommandsTellToRestartForTheRunBox) {
@@ -231,7 +398,8 @@ TEST_F(EditingTest, CommandsTellToRestartForTheRunBox) {
   Node& program = tree.Nodes().Add(&category, NodeRelationship::Child, u"Run", 3);
   Key({{"File1", MakeFile("a.txt")}, {"File2", "C:\\2"}, {"File3", "C:\\3"}});
   FillRow(FillRegistryList, kFiles);
-  const DeleteContext context{list_, status_, tree};
+  UndoStore undo;
+  const DeleteContext context{list_, status_, tree, undo};
   list_.ListItems()(2).Selected(true);
   DeleteSelectedEntries(context);
   EXPECT_EQ(status_.Panels(2).Text(), u"Total: 2");

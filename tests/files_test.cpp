@@ -1,5 +1,4 @@
 // Conformance of searching, making and deleting files: holds on Windows and on the layer.
-#include <array>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,11 +13,11 @@ class FilesTest : public ScratchWorld {
  protected:
   /// The name that a search finds first, "-" for none.
   static std::string Find(const std::string& path) {
-    WIN32_FIND_DATAA data{};
-    const HANDLE search = FindFirstFileA(path.c_str(), &data);
+    WIN32_FIND_DATAW data{};
+    const HANDLE search = FindFirstFileW(W(path), &data);
     if (search == INVALID_HANDLE_VALUE) return "-";
     EXPECT_EQ(FindClose(search), TRUE);
-    return static_cast<const char*>(data.cFileName);
+    return Utf8(TextOf(data.cFileName));
   }
 };
 
@@ -72,10 +71,10 @@ TEST_F(FilesTest, FindsByNameAndPattern) {
 TEST_F(FilesTest, TellsFoldersFromFiles) {
   const std::string folder = MakeFolder("folder");
   const std::string file = MakeFile("file.bin");
-  WIN32_FIND_DATAA data{};
-  FindClose(FindFirstFileA(folder.c_str(), &data));
+  WIN32_FIND_DATAW data{};
+  FindClose(FindFirstFileW(W(folder), &data));
   EXPECT_NE(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
-  FindClose(FindFirstFileA(file.c_str(), &data));
+  FindClose(FindFirstFileW(W(file), &data));
   EXPECT_EQ(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, 0U);
 }
 
@@ -86,14 +85,14 @@ TEST_F(FilesTest, SeesAtOnceWhatHasChanged) {
     EXPECT_EQ(Find(other), "-");
     MakeFile(name);
     EXPECT_EQ(Find(other), name);
-    EXPECT_EQ(DeleteFileA(other.c_str()), TRUE);
+    EXPECT_EQ(DeleteFileW(W(other)), TRUE);
     EXPECT_EQ(Find(other), "-");
   }
 }
 
 TEST_F(FilesTest, MakesNewFilesOnly) {
   const std::string path = Folder() + "\\New.bin";
-  const HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  const HANDLE file = CreateFileW(W(path), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
   ASSERT_NE(file, INVALID_HANDLE_VALUE);
   DWORD written = 0;
   EXPECT_EQ(WriteFile(file, "a\0b", 3, &written, nullptr), TRUE);
@@ -104,7 +103,7 @@ TEST_F(FilesTest, MakesNewFilesOnly) {
                                                   {Folder() + "\\none\\x", ERROR_PATH_NOT_FOUND}};
   for (const auto& [other, error] : refused) {
     SetLastError(0);
-    EXPECT_EQ(CreateFileA(other.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr),
+    EXPECT_EQ(CreateFileW(W(other), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr),
               INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(error)) << other;
   }
@@ -116,41 +115,41 @@ TEST_F(FilesTest, DeletesFilesOnly) {
   const std::string folder = MakeFolder("folder");
   for (const std::string& path :
        {folder, file + "x", folder + "\\none\\x", Folder() + "\\some*", file + "\\"}) {
-    EXPECT_EQ(DeleteFileA(path.c_str()), FALSE) << path;
+    EXPECT_EQ(DeleteFileW(W(path)), FALSE) << path;
   }
   EXPECT_TRUE(std::filesystem::exists(Host(file)));
-  EXPECT_EQ(DeleteFileA((Folder() + "\\SOME FILE.TXT").c_str()), TRUE);
+  EXPECT_EQ(DeleteFileW(W(Folder() + "\\SOME FILE.TXT")), TRUE);
   EXPECT_FALSE(std::filesystem::exists(Host(file)));
 }
 
 TEST_F(FilesTest, TemporaryNamesAreNewFiles) {
-  std::array<char, MAX_PATH> folder{};
-  const DWORD length = GetTempPathA(MAX_PATH, folder.data());
-  ASSERT_GT(length, 3U);
-  EXPECT_EQ(std::string_view(folder.data()).size(), length);
-  EXPECT_EQ(folder[length - 1], '\\');
-  EXPECT_EQ(GetTempPathA(3, folder.data() + length + 1), length + 1);
-  for (const std::string& place : {std::string(folder.data()), Folder()}) {
-    std::array<char, MAX_PATH> name{};
-    EXPECT_NE(GetTempFileNameA(place.c_str(), "TVlong", 0, name.data()), 0U);
-    const std::string path = name.data();
+  WCHAR unused[4];
+  const std::string folder =
+      Utf8(TextOfCall([](WCHAR* buffer, DWORD size) { return GetTempPathW(size, buffer); }));
+  ASSERT_TRUE(folder.size() > 3 && folder.ends_with('\\')) << folder;
+  EXPECT_EQ(GetTempPathW(3, unused), Utf16(folder).size() + 1);
+  for (const std::string& place : {folder, Folder(), MakeFolder("\u0418\u0432\u0430\u043D")}) {
+    Text name(MAX_PATH, u'\0');
+    EXPECT_NE(GetTempFileNameW(W(place), W("TVlong"), 0, WideBuffer(name)), 0U);
+    const std::string path = Utf8(StripAtNull(name));
     const std::string start = place.ends_with('\\') ? place + "TVl" : place + "\\TVl";
     EXPECT_TRUE(path.starts_with(start)) << path;
     EXPECT_TRUE(path.ends_with(".tmp")) << path;
     EXPECT_NE(Find(path), "-");
-    EXPECT_EQ(DeleteFileA(path.c_str()), TRUE);
+    EXPECT_EQ(DeleteFileW(W(path)), TRUE);
   }
-  std::array<char, MAX_PATH> name{};
-  EXPECT_EQ(GetTempFileNameA((Folder() + "\\none").c_str(), "TV", 0, name.data()), 0U);
+  Text name(MAX_PATH, u'\0');
+  for (const std::string& place : {Folder() + "\\none", Folder() + std::string(300, 'x')})
+    EXPECT_EQ(GetTempFileNameW(W(place), W("TV"), 0, WideBuffer(name)), 0U);
 }
 
 TEST_F(FilesTest, NamesTheSystemsFolders) {
-  std::array<char, MAX_PATH> buffer{};
-  EXPECT_EQ(GetSystemDirectoryA(buffer.data(), MAX_PATH), 19U);
-  EXPECT_STREQ(buffer.data(), "C:\\windows\\system32");
-  EXPECT_EQ(GetWindowsDirectoryA(buffer.data(), 11), 10U);
-  EXPECT_STREQ(buffer.data(), "C:\\windows");
-  EXPECT_EQ(GetWindowsDirectoryA(buffer.data(), 10), 11U);
+  WCHAR buffer[MAX_PATH];
+  EXPECT_EQ(GetSystemDirectoryW(buffer, MAX_PATH), 19U);
+  EXPECT_EQ(Text(TextOf(buffer)), u"C:\\windows\\system32");
+  EXPECT_EQ(GetWindowsDirectoryW(buffer, 11), 10U);
+  EXPECT_EQ(Text(TextOf(buffer)), u"C:\\windows");
+  EXPECT_EQ(GetWindowsDirectoryW(buffer, 10), 11U);
 }
 
 }  // namespace

@@ -52,9 +52,21 @@ TEST_F(OpenWithTest, MissingEntriesAndQuotesStartNothing) {
   Add(u"gone.txt", u"c:\\a", u"KILL;x");
   EXPECT_EQ(CommandLine(editor), u"");
   EXPECT_EQ(CommandLine(u"C:\\none\\ConTEXT.exe"), u"C:\\none\\ConTEXT.exe ");
-  list_.ListItems().Clear();
+}
+
+TEST_F(OpenWithTest, ADoubleQuoteIsRefusedWhereItWouldEndTheArgumentsQuotes) {
+  const Text refusal = u"c:\\a\\a\" -x \"b.txt";
   Add(u"a\" -x \"b.txt", u"c:\\a", u"KEEP;x");
-  EXPECT_EQ(CommandLine(editor), u"");
+  EXPECT_EQ(CommandLine(u"C:\\none\\hhw.exe"), u"C:\\none\\hhw.exe c:\\a\\a\" -x \"b.txt");
+  EXPECT_EQ(CommandLine(u"C:\\none\\iexplore.exe"), u"C:\\none\\iexplore.exe a\" -x \"b.txt");
+  for (const char16_t* program : {u"C:\\none\\DevPad.exe", u"C:\\none\\ConTEXT.exe"}) {
+    EXPECT_EQ(CommandLine(program), refusal);
+    EXPECT_EQ(toolkit_.messages.size(), 1U);
+  }
+  Add(u"", u"c:\\", u"KEEP;x");
+  EXPECT_EQ(CommandLine(u"C:\\none\\ConTEXT.exe"), refusal);
+  ASSERT_EQ(toolkit_.messages.size(), 2U);
+  EXPECT_TRUE(toolkit_.messages[1].text.ends_with(u"ConTEXT.exe \"c:\\\\\" ")) << "a root";
 }
 
 TEST_F(OpenWithTest, OneProgramTakesSeveralEntriesInListOrder) {

@@ -12,11 +12,13 @@ namespace {
 
 using testing::Shown;
 using testing::TextValue;
+using testing::Utf16;
+using testing::Utf8;
 
 // A list window without a view, and a key to read from.
 class ReadersTest : public testing::ListWorld {
  protected:
-  std::string Lower(const std::string& path) const { return ToAnsi(LowerCase(FromAnsi(path))); }
+  std::string Lower(const std::string& path) const { return Utf8(LowerCase(Utf16(path))); }
 };
 
 TEST_F(ReadersTest, EveryRegistryFormShowsItsOwnReading) {
@@ -132,7 +134,7 @@ TEST_F(ReadersTest, AsksForTheFolderOnceAndRemembersIt) {
   EXPECT_EQ(list_.ColumnHeaders().Count(), 1);
 
   // A wrong folder, once more, then the right one.
-  toolkit_.folders = {FromAnsi(Folder()), FromAnsi(Folder() + "\\Program")};
+  toolkit_.folders = {Utf16(Folder()), Utf16(Folder() + "\\Program")};
   FillEntry(FillIniFolderList, entry);
   ASSERT_EQ(toolkit_.messages.size(), 1U);
   EXPECT_EQ(toolkit_.messages[0].style, 49U);

@@ -5,14 +5,15 @@
 #include <utility>
 #include <vector>
 
-#include "editing/value_names.h"
 #include "platform/extras.h"
-#include "readers/MruEntry.h"
+#include "readers/list_description.h"
 #include "support/picture_sizes.h"
 #include "support/scratch_world.h"
 
 namespace torvane {
 namespace {
+
+using testing::Utf16;
 
 std::string Bytes(int id) {
   const std::span<const std::byte> bytes = DataResource(id);
@@ -53,9 +54,10 @@ TEST_F(Resources, CatalogueHasItsSectionsAndRows) {
       EXPECT_LE(line.size() - key.size(), 139U) << line;
       const std::vector<std::string> fields = Split(line + ",", ",");
       ++fieldCounts[fields.size()];
-      const MruEntry entry = EntryFromRow(FromAnsi(line.substr(key.size())));
-      EXPECT_TRUE(IsIniList(entry.ListType) || entry.ValuePrefix == kNone ||
-                  !EntryValueName(entry.ValuePrefix + entry.FirstIndex, 1).empty())
+      const MruEntry entry = EntryFromRow(Utf16(line.substr(key.size())));
+      const ListType* type = FindListType(entry.ListType);
+      ASSERT_TRUE(type) << line << " has no type";
+      EXPECT_NE(DescribeRow(entry, *type).names.kind, EntryNames::Kind::Unknown)
           << line << " has no form of names";
     }
     lineBefore = line;
@@ -83,7 +85,7 @@ TEST_F(Resources, ReadmeBeginsAndEndsWithTwoEmptyLines) {
 TEST_F(Resources, ListIconsAreWholeFilesInBothSizes) {
   std::map<std::string, int> pictures;
   for (int id = 105; id <= 109; ++id) {
-    EXPECT_EQ(PictureSizes(DataResource(id)), (std::vector<int>{16, 32})) << id;
+    EXPECT_EQ(PictureSizes(DataResource(id)), kIconSizes) << id;
     ++pictures[Bytes(id)];
   }
   EXPECT_EQ(pictures.size(), 5U) << "two icons have the same picture";

@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
 #include "platform/winapi.h"
 #include "storage/clsIni.h"
 #include "storage/clsParse.h"
@@ -7,6 +11,7 @@
 #include "storage/numeric_text.h"
 #include "storage/paths.h"
 #include "storage/raised_error.h"
+#include "support/hostile_values.h"
 #include "support/printing.h"
 #include "support/scratch_world.h"
 
@@ -14,6 +19,7 @@ namespace torvane {
 namespace {
 
 using testing::ScratchWorld;
+using testing::Utf16;
 
 TEST(clsParseTest, SplitsAtSeparatorsAndProtectsThemInQuotes) {
   struct Case {
@@ -49,6 +55,31 @@ TEST(clsParseTest, SplitsAtSeparatorsAndProtectsThemInQuotes) {
   EXPECT_EQ(parser.Initialise(Text(25, u','), u","), 26);
 }
 
+class IniFileTest : public ScratchWorld {};
+
+TEST_F(IniFileTest, TheUsersOwnCopyOfAProtectedFileIsTheFile) {
+  Text local(MAX_PATH, u'\0');
+  ExpandEnvironmentStringsW(Wide(u"%LOCALAPPDATA%"), WideBuffer(local), MAX_PATH);
+  const Text copies = StripAtNull(local) + u"\\VirtualStore\\";
+  const std::filesystem::path store = Host(ToAnsi(copies));
+  std::filesystem::create_directories(store / "Windows");
+  std::filesystem::create_directories(store / "Program Files" / "Old");
+  std::ofstream(store / "Windows" / "old.ini") << "[a]";
+  std::ofstream(store / "Program Files" / "Old" / "old.ini") << "[a]";
+  const std::pair<Text, Text> rows[] = {
+      {u"C:\\WINDOWS\\Old.ini", copies + u"WINDOWS\\Old.ini"},
+      {u"old.ini", copies + LowerCase(GetWindowsFolder()).substr(3) + u"\\old.ini"},
+      {u"c:\\Program Files\\Old\\old.ini", copies + u"Program Files\\Old\\old.ini"},
+      {u"C:\\Program Files\\Old\\other.ini", u"C:\\Program Files\\Old\\other.ini"},
+      {u"D:\\Windows\\old.ini", u"D:\\Windows\\old.ini"},
+      {u"other.ini", u"other.ini"},
+  };
+  for (const auto& [asked, used] : rows) {
+    EXPECT_EQ(LowerCase(IniFileInUse(asked)), LowerCase(used)) << asked;
+  }
+  std::filesystem::remove_all(store);
+}
+
 TEST(NumericTextTest, RecognisesNumbersAsTheListsDo) {
   const Text numbers[] = {u"0",   u" 12 ", u"-5",  u"5-",   u"+.5",  u"1,234.50", u"1e5", u"1D-3",
                           u"$12", u"(3)",  u"12$", u"&HFf", u"&o17", u"-$ 3",     u"5."};
@@ -62,8 +93,8 @@ class clsIniTest : public ScratchWorld {};
 
 TEST_F(clsIniTest, ReadsWritesAndDeletes) {
   clsIni ini;
-  ini.Path(FromAnsi(MakeFile("a.ini", "[List]\r\na=1\r\nb=2\r\nlong=" + std::string(300, 'x') +
-                                          "\r\n[Other]\r\nc=3\r\n")));
+  ini.Path(Utf16(MakeFile("a.ini", "[List]\r\na=1\r\nb=2\r\nlong=" + std::string(300, 'x') +
+                                       "\r\n[Other]\r\nc=3\r\n")));
   ini.Section(u"List");
   ini.Key(u"long");
   EXPECT_EQ(ini.Value(), Text(254, u'x')) << "cut at its buffer";
@@ -94,11 +125,11 @@ class clsRegistryTest : public ScratchWorld {
   clsRegistryTest() {
     UseKey(kKey);
     registry_.ClassKey(kCurrentUser);
-    registry_.SectionKey(FromAnsi(kKey));
+    registry_.SectionKey(Utf16(kKey));
   }
   void Stored(const std::string& name, unsigned type, std::string_view bytes) {
     SetValue(kKey, name, type, bytes);
-    registry_.ValueKey(FromAnsi(name));
+    registry_.ValueKey(Utf16(name));
   }
   clsRegistry registry_;
 };
@@ -112,6 +143,8 @@ TEST_F(clsRegistryTest, ReadsByStoredTypeAndTakesTheTypeOver) {
   };
   const Case cases[] = {
       {REG_SZ, "abc\0"sv, Text(u"abc")},
+      {REG_SZ, "ab\u65E5"sv, Text(u"ab\u65E5")},
+      {REG_EXPAND_SZ, "\u0416"sv, Text(u"\u0416")},
       {REG_SZ, "\0"sv, Text()},
       {REG_SZ, ""sv, std::monostate()},
       {REG_EXPAND_SZ, ""sv, std::monostate()},
@@ -159,7 +192,7 @@ TEST_F(clsRegistryTest, WritesByValueType) {
       {1, Text(u"%TEMP%\\x"), "2:%TEMP%\\x\0"s},
       {1, Text(), "1:\0"s},
       {2, std::int32_t{-3}, "1:-3\0"s},
-      {1, Text(u"\u00E4"), "1:\xE4\0"s},
+      {1, Text(u"\u00E4\u0416"), "1:\u00E4\u0416\0"s},
       {4, std::int32_t{258}, "4:\x02\x01\0\0"s},
       {5, std::int16_t{1}, "4:\x01\0\0\0"s},
       {4, Text(u"12"), ""},
@@ -208,14 +241,17 @@ TEST_F(clsRegistryTest, RaisesWithNumberSourceAndDescription) {
 }
 
 TEST_F(clsRegistryTest, KeepsStoredBytesAsTheyAre) {
-  using namespace std::string_view_literals;
-  Stored("a", REG_EXPAND_SZ, "%TEMP%\\\xE9\0"sv);
-  const auto stored = registry_.Stored();
-  registry_.ValueKey(u"b");
+  registry_.ValueKey(u"v\u65E5");
   EXPECT_FALSE(registry_.Stored());
-  registry_.Stored(stored.value());
-  EXPECT_EQ(registry_.Stored()->type, 2);
-  EXPECT_EQ(Values(kKey)["b"], "%TEMP%\\\xE9\0"sv);
+  for (const auto& [what, type, bytes] : testing::HostileDataTable()) {
+    StoredBytes stored{static_cast<std::int32_t>(type), Bytes(bytes.size())};
+    std::memcpy(stored.bytes.data(), bytes.data(), bytes.size());
+    registry_.Stored(stored);
+    EXPECT_EQ(registry_.Stored().value().type, stored.type) << what;
+    EXPECT_EQ(registry_.Stored().value().bytes, stored.bytes) << what;
+  }
+  registry_.Stored({1, {std::byte{0x3D}, std::byte{0xD8}, std::byte{'x'}}});
+  EXPECT_EQ(registry_.Value(), Variant(Text(1, char16_t{0xD83D}))) << "half a pair, half a unit";
 }
 
 class PathsTest : public ScratchWorld {};
@@ -235,24 +271,56 @@ TEST_F(PathsTest, AddsAndRemovesBackslashes) {
 
 TEST_F(PathsTest, GivesPathsTheFormTheyHaveOnDisk) {
   MakeFile("Sub Folder\\Read Me.TXT");
-  const Text folder = FromAnsi(Folder());
+  const Text folder = Utf16(Folder());
   EXPECT_EQ(GetLongPath(LowerCase(folder) + u"\\SUB FOLDER\\read me.txt"),
             LowerCase(folder.substr(0, 1)) + folder.substr(1) + u"\\Sub Folder\\Read Me.TXT");
-  EXPECT_EQ(GetLongPath(folder + u"\\none\\x.txt"), folder + u"\\none\\x.txt\\");
-  EXPECT_EQ(GetLongPath(u"\\\\server\\share\\a"), u"\\\\server\\share\\a\\");
   EXPECT_EQ(GetLongPath(u"C:\\"), u"C:");
-  EXPECT_EQ(GetLongPath(u"ab"), u"ab");
-  EXPECT_EQ(GetLongPath(u"torvane-none.txt"), u"torvane-none.txt\\");
+  MakeFile("\uFFFDx");
+  // All but the path of one existing drive entry come back whole.
+  MakeFile("a.txt");
+  const Text whole[] = {folder + u"\\" + char16_t{0xD83D} + u"x",
+                        folder + u"\\none\\x.txt",
+                        folder + u"/a.txt",
+                        LowerCase(folder.substr(0, 2)) + u"/" + folder.substr(3) + u"/a.txt",
+                        folder.substr(2) + u"\\a.txt",
+                        folder + u"\\.\\a.txt",
+                        folder + u"\\Sub Folder\\..\\a.txt",
+                        folder + u"\\Sub Folder\\\\Read Me.TXT",
+                        folder + u"\\Sub Folder.\\Read Me.TXT",
+                        folder + u"\\a.txt ",
+                        folder + u"\\*",
+                        folder + u"\\S*\\Read Me.TXT",
+                        folder + u"\\a.tx?",
+                        folder + u"\\a.tx<",
+                        u"\\\\server\\share\\a",
+                        u"\\\\?\\" + folder + u"\\a.txt",
+                        u"C:windows",
+                        u"windows",
+                        u"ab",
+                        u"\u65E5:\\a"};
+  for (const Text& path : whole) EXPECT_EQ(GetLongPath(path), path + u"\\") << path;
+}
+
+TEST_F(PathsTest, NoPathIsTooLong) {
+  std::string path = Folder();
+  for (int part = 0; part < 5; ++part) path += "\\" + std::string(70, 'f');
+  std::filesystem::create_directories(Host(path));
+  std::ofstream(Host(path + "\\Some File.TXT")).put('x');
+  const Text stored = Utf16(path + "\\SOME FILE.txt");
+  EXPECT_TRUE(FileExists(stored));
+  EXPECT_TRUE(FileExists(Utf16(path + "/../" + path.substr(path.size() - 70) + "\\some*.txt")));
+  EXPECT_FALSE(FileExists(stored + u"x"));
+  EXPECT_EQ(GetLongPath(stored), Utf16(path + "\\Some File.TXT"));
 }
 
 TEST_F(PathsTest, FindsFilesAndFolders) {
-  const Text file = FromAnsi(MakeFile("a.txt"));
+  const Text file = Utf16(MakeFile("a.txt"));
   EXPECT_TRUE(FileExists(file));
-  EXPECT_TRUE(FileExists(FromAnsi(Folder()) + u"\\*.txt"));
+  EXPECT_TRUE(FileExists(Utf16(Folder()) + u"\\*.txt"));
   EXPECT_FALSE(FileExists(file + u"x"));
-  Text folder = u"  " + FromAnsi(Folder()) + u"\\ ";
+  Text folder = u"  " + Utf16(Folder()) + u"\\ ";
   EXPECT_TRUE(FolderExists(folder));
-  EXPECT_EQ(folder, FromAnsi(Folder()));
+  EXPECT_EQ(folder, Utf16(Folder()));
   Text noFolder = file;
   EXPECT_FALSE(FolderExists(noFolder));
   EXPECT_EQ(GetSystemDrive().substr(1), u":\\");

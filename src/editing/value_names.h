@@ -8,7 +8,7 @@
 namespace torvane {
 
 /// The name of entry `n` (from 1, in list order) under a name form, which is a row's ValuePrefix
-/// followed by its FirstIndex. Empty for a form without numbered names.
+/// followed by its FirstIndex. Empty for a form that isn't known.
 Text EntryValueName(const Text& NameForm, int n);
 
 /// The text that stands for a list item in its store, put together from the item's columns.

@@ -1,11 +1,9 @@
 #include "menu/edit_menu.h"
 
-#include <algorithm>
-#include <array>
 #include <optional>
 
 #include "platform/winapi.h"
-#include "readers/entry_list.h"
+#include "readers/list_description.h"
 #include "storage/clsParse.h"
 #include "storage/clsRegistry.h"
 #include "windows/controls/toolkit.h"
@@ -13,52 +11,29 @@
 namespace torvane {
 namespace {
 
-// Which whole-list items a list's type can enable.
-enum class ListGroup { None, Plain, Files };
-
-struct GroupRow {
-  TextView listType;
-  ListGroup group;
-};
-
-constexpr std::array<GroupRow, 14> kGroups = {{
-    {u"2", ListGroup::Plain},
-    {u"6", ListGroup::Plain},
-    {u"8", ListGroup::Plain},
-    {u"9", ListGroup::Plain},
-    {u"11", ListGroup::Plain},
-    {u"0", ListGroup::Files},
-    {u"1", ListGroup::Files},
-    {u"3", ListGroup::Files},
-    {u"4", ListGroup::Files},
-    {u"5", ListGroup::Files},
-    {u"20", ListGroup::Files},
-    {u"21", ListGroup::Files},
-    {u"22", ListGroup::Files},
-    {u"23", ListGroup::Files},
-}};
-
 ListGroup GroupOf(TextView listType) {
-  const auto* row = std::find_if(kGroups.begin(), kGroups.end(), [&](const GroupRow& candidate) {
-    return candidate.listType == listType;
-  });
-  return row == kGroups.end() ? ListGroup::None : row->group;
+  const ListType* type = FindListType(listType);
+  return type ? type->group : ListGroup::None;
 }
 
-bool ClickedOnRow(HWND hWnd) {
+// The mouse may have moved on since the click, so the click's own place counts.
+bool ClickedOnRow(HWND hWnd, POINT client) {
   LVHITTESTINFO hit{};
-  GetCursorPos(&hit.pt);
-  ScreenToClient(hWnd, &hit.pt);
-  SendMessageA(hWnd, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+  hit.pt = client;
+  SendMessageW(hWnd, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
   return (hit.flags & (LVHT_ONITEMICON | LVHT_ONITEMLABEL | LVHT_ONITEMSTATEICON)) != 0;
 }
 
-void Reset(EditMenu& menu) {
+void Reset(const PopupContext& context) {
+  EditMenu& menu = context.menu;
   menu.mnuEditAll.Enabled = false;
   menu.mnuEditMissing.Enabled = false;
   menu.mnuEditSelected.Enabled = false;
   menu.mnuEditOpenWithProgram.Visible = false;
   menu.mnuEditSep.Visible = false;
+  const bool canUndo = context.undo.LastOf(context.list) != nullptr;
+  menu.mnuEditUndoSep.Visible = canUndo;
+  menu.mnuEditUndo.Visible = canUndo;
 }
 
 void EnableWholeList(const PopupContext& context, ListGroup group) {
@@ -86,7 +61,7 @@ std::optional<Text> AppPath(const Text& exeName) {
 }
 
 void EnableForSelection(const PopupContext& context, HWND hWnd) {
-  if (SendMessageA(hWnd, LVM_GETSELECTEDCOUNT, 0, 0) == 0) return;
+  if (SendMessageW(hWnd, LVM_GETSELECTEDCOUNT, 0, 0) == 0) return;
   EditMenu& menu = context.menu;
   const Text exeName = ExeNameOf(context.tree);
   if (exeName != kNone) {
@@ -100,17 +75,19 @@ void EnableForSelection(const PopupContext& context, HWND hWnd) {
   menu.mnuEditSelected.Enabled = true;
 }
 
-void PopUpBesideRows(const PopupContext& context, ListGroup group) {
+void PopUpBesideRows(const PopupContext& context, ListGroup group, POINT screen) {
   const bool empty = context.list.ListItems().Count() == 0;
-  if (group == ListGroup::None || (group == ListGroup::Files && empty)) return;
+  const bool hasUsable = group == ListGroup::Plain || !empty || context.menu.mnuEditUndo.Visible;
+  if (group == ListGroup::None || !hasUsable) return;
   EnableWholeList(context, group);
-  CurrentToolkit().ShowPopup(context.list.Parent(), context.menu.mnuEdit, &context.menu.mnuEditAll);
+  CurrentToolkit().ShowPopup(context.list.Parent(), context.menu.mnuEdit, &context.menu.mnuEditAll,
+                             screen);
 }
 
-void PopUpOnRow(const PopupContext& context, ListGroup group, HWND hWnd) {
+void PopUpOnRow(const PopupContext& context, ListGroup group, HWND hWnd, POINT screen) {
   EnableWholeList(context, group);
   EnableForSelection(context, hWnd);
-  CurrentToolkit().ShowPopup(context.list.Parent(), context.menu.mnuEdit, nullptr);
+  CurrentToolkit().ShowPopup(context.list.Parent(), context.menu.mnuEdit, nullptr, screen);
 }
 
 }  // namespace
@@ -121,20 +98,24 @@ EditMenu::EditMenu(MenuItem& menuBar)
       mnuEditSep(mnuEdit.Add(u"-")),
       mnuEditSelected(mnuEdit.Add(u"Delete Selected")),
       mnuEditMissing(mnuEdit.Add(u"Delete Missing")),
-      mnuEditAll(mnuEdit.Add(u"Delete All")) {
+      mnuEditAll(mnuEdit.Add(u"Delete All")),
+      mnuEditUndoSep(mnuEdit.Add(u"-")),
+      mnuEditUndo(mnuEdit.Add(u"Undo Delete")) {
   mnuEdit.Visible = false;
 }
 
 LRESULT OnListNotify(const PopupContext& context, HWND hWnd, LPARAM lParam) {
   const auto* header = reinterpret_cast<const NMHDR*>(lParam);
   if (header->code != NM_RCLICK) return 0;
-  const bool onRow = ClickedOnRow(hWnd);
-  Reset(context.menu);
+  POINT place = reinterpret_cast<const NMITEMACTIVATE*>(lParam)->ptAction;
+  const bool onRow = ClickedOnRow(hWnd, place);
+  ClientToScreen(hWnd, &place);
+  Reset(context);
   const ListGroup group = GroupOf(context.list.Tag());
   if (onRow) {
-    PopUpOnRow(context, group, hWnd);
+    PopUpOnRow(context, group, hWnd, place);
   } else {
-    PopUpBesideRows(context, group);
+    PopUpBesideRows(context, group, place);
   }
   return 1;
 }

@@ -1,6 +1,7 @@
-// The list's popup menu: its five items, and which of them a right-click makes usable.
+// The list's popup menu: its items, and which of them a right-click makes usable.
 #pragma once
 
+#include "editing/undo_store.h"
 #include "windows/controls/form.h"
 #include "windows/controls/list.h"
 #include "windows/controls/tree.h"
@@ -19,6 +20,9 @@ struct EditMenu {
   MenuItem& mnuEditSelected;
   MenuItem& mnuEditMissing;
   MenuItem& mnuEditAll;
+  MenuItem& mnuEditUndoSep;
+  /// There only while the list on show has something to take back.
+  MenuItem& mnuEditUndo;
 };
 
 /// What the popup is decided from.
@@ -26,11 +30,12 @@ struct PopupContext {
   List& list;
   Tree& tree;
   EditMenu& menu;
+  const UndoStore& undo;
 };
 
-/// Answers a notification of the list's window: a right-click sets the menu up by where it fell,
-/// the kind of list, the rows and the selection, and pops it up at the mouse. 1 for a right-click,
-/// which is finished with then, else 0.
+/// Answers a notification of the list's window: a right-click (NMITEMACTIVATE) sets the menu up by
+/// where it fell, the kind of list, the rows and the selection, and pops it up there. 1 for a
+/// right-click, which is finished with then, else 0.
 LRESULT OnListNotify(const PopupContext& context, HWND hWnd, LPARAM lParam);
 
 }  // namespace torvane

@@ -3,7 +3,7 @@
 // On Windows it hands on the SDK's headers. Elsewhere it declares, under the same names and with
 // the same types and constants, just the calls that the program makes; platform/posix implements
 // them over a Wine prefix. What a call promises is what Microsoft documents for it; the line beside
-// it says what the program leans on. Text in the A calls is in the ANSI code page.
+// it says what the program leans on. Text is in 16-bit units.
 #pragma once
 
 #ifdef _WIN32
@@ -11,11 +11,15 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
+// COM and its kin make up two thirds of what would be read for each source; who needs them includes
+// them.
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
 // clang-format off
 #include <windows.h>
 #include <commctrl.h>
 #include <shellapi.h>
-#include <shlobj.h>
 // clang-format on
 
 #else
@@ -101,6 +105,7 @@ constexpr LONG ERROR_MORE_DATA = 234;
 constexpr LONG ERROR_NO_MORE_ITEMS = 259;
 constexpr LONG ERROR_REGISTRY_CORRUPT = 1015;
 constexpr LONG ERROR_KEY_DELETED = 1018;
+constexpr LONG ERROR_NO_UNICODE_TRANSLATION = 1113;
 
 /// The code of the last failing call of this thread that documents one (files and profile files).
 DWORD GetLastError();
@@ -118,11 +123,18 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR bytes, int byteCount,
 /// character ('?'). The last two arguments are null.
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int textCount, LPSTR bytes,
                         int byteSize, LPCSTR defaultChar, BOOL* usedDefaultChar);
-/// Lower case in place, by Unicode rules, unit by unit; gives `count`.
+/// Lower case in place, unit by unit, where the way back leads to the same unit; gives `count`.
 DWORD CharLowerBuffW(LPWSTR text, DWORD count);
+constexpr int CSTR_LESS_THAN = 1;
+constexpr int CSTR_EQUAL = 2;
+constexpr int CSTR_GREATER_THAN = 3;
+/// Compares two texts unit by unit, with `ignoreCase` by their capital letters: as the registry and
+/// folders compare names. A negative count stands for the length up to the NUL.
+int CompareStringOrdinal(LPCWSTR left, int leftCount, LPCWSTR right, int rightCount,
+                         BOOL ignoreCase);
 /// Replaces %NAME% by the environment's values, unknown names staying as they are; gives the size
 /// needed with the closing NUL, also where `size` is too small.
-DWORD ExpandEnvironmentStringsA(LPCSTR text, LPSTR buffer, DWORD size);
+DWORD ExpandEnvironmentStringsW(LPCWSTR text, LPWSTR buffer, DWORD size);
 
 // ---- Registry ----
 
@@ -149,31 +161,31 @@ constexpr REGSAM KEY_NOTIFY = 0x0010;
 constexpr REGSAM KEY_CREATE_LINK = 0x0020;
 
 /// Opens an existing key below `root`; names compare without case. With KEY_SET_VALUE among the
-/// rights it fails where the key's hive can't be changed now (see platform/posix/registry.cpp).
-LSTATUS RegOpenKeyExA(HKEY root, LPCSTR path, DWORD options, REGSAM rights, HKEY* key);
+/// rights it fails where the key's hive can't be changed now (see
+/// platform/posix/registry/registry.cpp).
+LSTATUS RegOpenKeyExW(HKEY root, LPCWSTR path, DWORD options, REGSAM rights, HKEY* key);
 /// Opens the key, creating it and its parents as needed.
-LSTATUS RegCreateKeyExA(HKEY root, LPCSTR path, DWORD reserved, LPSTR className, DWORD options,
+LSTATUS RegCreateKeyExW(HKEY root, LPCWSTR path, DWORD reserved, LPWSTR className, DWORD options,
                         REGSAM rights, const SECURITY_ATTRIBUTES* security, HKEY* key,
                         DWORD* disposition);
 LSTATUS RegCloseKey(HKEY key);
-/// Type and data of a value, in bytes of the code page for the text types. A buffer that is too
-/// small gives ERROR_MORE_DATA and the size needed.
-LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, DWORD* reserved, DWORD* type, BYTE* data,
-                         DWORD* size);
-LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data,
-                       DWORD size);
-/// The same two without the code page: text is in 16-bit units as it is stored, sizes in bytes.
+/// Type and data of a value, text in 16-bit units; sizes are in bytes. A buffer that is too small
+/// gives ERROR_MORE_DATA and the size needed; a text without a NUL gets one where there is room.
 LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, DWORD* reserved, DWORD* type, BYTE* data,
                          DWORD* size);
+/// Sets a value. Windows takes a NUL that stands right behind a text for part of it.
 LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data,
                        DWORD size);
-LSTATUS RegDeleteValueA(HKEY key, LPCSTR name);
-/// The name at a 0-based index, in the order of the hive file, new values behind. `nameSize` is in
-/// characters: with the NUL going in, without it coming out.
-LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, DWORD* nameSize, DWORD* reserved,
+LSTATUS RegDeleteValueW(HKEY key, LPCWSTR name);
+/// The value at a 0-based index, in the order of the hive file, new ones behind. `nameSize` is in
+/// units: with the NUL going in, without it coming out.
+LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* nameSize, DWORD* reserved,
                       DWORD* type, BYTE* data, DWORD* dataSize);
-/// Counts and longest lengths, in characters without the NUL for names, in bytes for data.
-LSTATUS RegQueryInfoKeyA(HKEY key, LPSTR className, DWORD* classSize, DWORD* reserved,
+/// The key at a 0-based index below another, in the order of their names without case.
+LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* nameSize, DWORD* reserved,
+                      LPWSTR className, DWORD* classSize, FILETIME* lastWrite);
+/// Counts and longest lengths, in units without the NUL for names, in bytes for data.
+LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD* classSize, DWORD* reserved,
                          DWORD* subKeys, DWORD* longestSubKey, DWORD* longestClass, DWORD* values,
                          DWORD* longestValueName, DWORD* longestValue, DWORD* securitySize,
                          FILETIME* lastWrite);
@@ -181,11 +193,15 @@ LSTATUS RegQueryInfoKeyA(HKEY key, LPSTR className, DWORD* classSize, DWORD* res
 // ---- Profile files ----
 
 /// The value of a key, or with a null key the section's key names, or with both null the section
-/// names, each closed by a NUL; gives the characters copied, without the last NUL.
-DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR fallback, LPSTR buffer,
-                               DWORD size, LPCSTR path);
-/// Sets a value; with a null value removes the key, with a null key the whole section.
-BOOL WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR path);
+/// names, each closed by a NUL; gives the units copied, without the last NUL.
+DWORD GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback, LPWSTR buffer,
+                               DWORD size, LPCWSTR path);
+/// The lines of a section that aren't blank and no comments, as "key=value" with the value's quotes
+/// kept, each closed by a NUL; gives the units copied, without the last NUL.
+DWORD GetPrivateProfileSectionW(LPCWSTR section, LPWSTR buffer, DWORD size, LPCWSTR path);
+/// Sets a value; with a null value removes the key, with a null key the whole section. What the
+/// file's encoding can't hold is not for this call: see HarmToProfile.
+BOOL WritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value, LPCWSTR path);
 
 // ---- Files and folders ----
 
@@ -198,7 +214,7 @@ constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
 constexpr DWORD GENERIC_WRITE = 0x40000000;
 constexpr DWORD CREATE_NEW = 1;
 
-struct WIN32_FIND_DATAA {
+struct WIN32_FIND_DATAW {
   DWORD dwFileAttributes;
   FILETIME ftCreationTime;
   FILETIME ftLastAccessTime;
@@ -207,29 +223,31 @@ struct WIN32_FIND_DATAA {
   DWORD nFileSizeLow;
   DWORD dwReserved0;
   DWORD dwReserved1;
-  char cFileName[MAX_PATH];
-  char cAlternateFileName[14];
+  WCHAR cFileName[MAX_PATH];
+  WCHAR cAlternateFileName[14];
 };
 
 /// The first entry that the path names, `*` and `?` in its last part standing for any text and any
 /// character; INVALID_HANDLE_VALUE for none. Hidden entries are found, names compare without case.
-HANDLE FindFirstFileA(LPCSTR path, WIN32_FIND_DATAA* data);
+HANDLE FindFirstFileW(LPCWSTR path, WIN32_FIND_DATAW* data);
 BOOL FindClose(HANDLE search);
-BOOL DeleteFileA(LPCSTR path);
+BOOL DeleteFileW(LPCWSTR path);
 /// Makes a new file for writing: `access` is GENERIC_WRITE, `disposition` CREATE_NEW, the rest 0 or
 /// null. Fails where anything of that name is there, a link included; the file is its owner's
 /// alone.
-HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
+HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
                    DWORD disposition, DWORD attributes, HANDLE pattern);
 BOOL WriteFile(HANDLE file, const void* bytes, DWORD count, DWORD* written, void* overlapped);
 BOOL CloseHandle(HANDLE handle);
-/// The temporary folder, closed by a backslash; gives the length without the NUL.
-DWORD GetTempPathA(DWORD size, LPSTR buffer);
-/// Makes an empty file of a new name of prefix, hexadecimal digits and ".tmp" (`number` is 0).
-UINT GetTempFileNameA(LPCSTR folder, LPCSTR prefix, UINT number, LPSTR name);
-/// The folders of the Windows world, without a closing backslash; gives the length without the NUL.
-UINT GetSystemDirectoryA(LPSTR buffer, UINT size);
-UINT GetWindowsDirectoryA(LPSTR buffer, UINT size);
+/// The temporary folder, closed by a backslash; gives the length without the NUL, or with it the
+/// size needed where `size` is too small.
+DWORD GetTempPathW(DWORD size, LPWSTR buffer);
+/// Makes an empty file of a new name of prefix, hexadecimal digits and ".tmp" (`number` is 0) of
+/// less than MAX_PATH units; 0 for none.
+UINT GetTempFileNameW(LPCWSTR folder, LPCWSTR prefix, UINT number, LPWSTR name);
+/// The folders of the Windows world, without a closing backslash; give what GetTempPathW does.
+UINT GetSystemDirectoryW(LPWSTR buffer, UINT size);
+UINT GetWindowsDirectoryW(LPWSTR buffer, UINT size);
 
 // ---- Shell ----
 
@@ -239,24 +257,56 @@ constexpr UINT SHGFI_USEFILEATTRIBUTES = 0x0010;
 constexpr UINT SHGFI_SYSICONINDEX = 0x4000;
 constexpr int SW_SHOWNORMAL = 1;
 
-struct SHFILEINFOA {
+struct SHFILEINFOW {
   HANDLE hIcon;
   int iIcon;
   DWORD dwAttributes;
-  char szDisplayName[MAX_PATH];
-  char szTypeName[80];
+  WCHAR szDisplayName[MAX_PATH];
+  WCHAR szTypeName[80];
 };
 
 /// The shell's image list as result and the icon number of a path in `iIcon`; with
 /// SHGFI_USEFILEATTRIBUTES only the name is looked at. A path that isn't there gives 0 and leaves
 /// the record alone.
-DWORD_PTR SHGetFileInfoA(LPCSTR path, DWORD attributes, SHFILEINFOA* info, UINT infoSize,
+DWORD_PTR SHGetFileInfoW(LPCWSTR path, DWORD attributes, SHFILEINFOW* info, UINT infoSize,
                          UINT flags);
 /// Opens a mail or web link ("open") with the desktop's program; a result above 32 is success.
-HINSTANCE ShellExecuteA(HWND owner, LPCSTR operation, LPCSTR file, LPCSTR parameters, LPCSTR folder,
-                        int show);
-/// Starts a Windows command line and doesn't wait for it; a result above 31 is success.
-UINT WinExec(LPCSTR commandLine, UINT show);
+HINSTANCE ShellExecuteW(HWND owner, LPCWSTR operation, LPCWSTR file, LPCWSTR parameters,
+                        LPCWSTR folder, int show);
+
+struct STARTUPINFOW {
+  DWORD cb;
+  LPWSTR lpReserved;
+  LPWSTR lpDesktop;
+  LPWSTR lpTitle;
+  DWORD dwX;
+  DWORD dwY;
+  DWORD dwXSize;
+  DWORD dwYSize;
+  DWORD dwXCountChars;
+  DWORD dwYCountChars;
+  DWORD dwFillAttribute;
+  DWORD dwFlags;
+  WORD wShowWindow;
+  WORD cbReserved2;
+  BYTE* lpReserved2;
+  HANDLE hStdInput;
+  HANDLE hStdOutput;
+  HANDLE hStdError;
+};
+struct PROCESS_INFORMATION {
+  HANDLE hProcess;
+  HANDLE hThread;
+  DWORD dwProcessId;
+  DWORD dwThreadId;
+};
+
+/// Starts a Windows program and doesn't wait for it: the file `program`, or with that null the one
+/// that the command line begins with. The rest is 0 or null, and the two handles that come back are
+/// null: there is nothing to wait for.
+BOOL CreateProcessW(LPCWSTR program, LPWSTR commandLine, SECURITY_ATTRIBUTES* process,
+                    SECURITY_ATTRIBUTES* thread, BOOL inherit, DWORD flags, void* environment,
+                    LPCWSTR folder, STARTUPINFOW* start, PROCESS_INFORMATION* started);
 
 // ---- Windows, messages, properties ----
 
@@ -276,17 +326,31 @@ struct NMHDR {
   UINT code;
 };
 
+/// What stands behind the header of a list's NM_RCLICK; ptAction is where the click fell, in the
+/// list's client area.
+struct NMITEMACTIVATE {
+  NMHDR hdr;
+  int iItem;
+  int iSubItem;
+  UINT uNewState;
+  UINT uOldState;
+  UINT uChanged;
+  POINT ptAction;
+  LPARAM lParam;
+  UINT uKeyFlags;
+};
+
 /// A window's procedure (GWLP_WNDPROC) or style bits. Setting gives the value before, 0 for none.
-LONG_PTR GetWindowLongPtrA(HWND window, int index);
-LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
-LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+LONG_PTR GetWindowLongPtrW(HWND window, int index);
+LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
+LRESULT CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 /// Runs the window's present procedure; 0 where there is no such window.
-LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-/// Named slots of a window; names compare without case. GetPropA and RemovePropA give null for an
+LRESULT SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+/// Named slots of a window; names compare without case. GetPropW and RemovePropW give null for an
 /// absent one.
-HANDLE GetPropA(HWND window, LPCSTR name);
-BOOL SetPropA(HWND window, LPCSTR name, HANDLE value);
-HANDLE RemovePropA(HWND window, LPCSTR name);
+HANDLE GetPropW(HWND window, LPCWSTR name);
+BOOL SetPropW(HWND window, LPCWSTR name, HANDLE value);
+HANDLE RemovePropW(HWND window, LPCWSTR name);
 
 BOOL GetCursorPos(POINT* screenPixels);
 BOOL ScreenToClient(HWND window, POINT* point);
@@ -336,20 +400,20 @@ constexpr UINT LVHT_ONITEMLABEL = 0x0004;
 constexpr UINT LVHT_ONITEMSTATEICON = 0x0008;
 constexpr int LVSCW_AUTOSIZE_USEHEADER = -2;
 constexpr UINT LVM_SETIMAGELIST = 0x1003;
-constexpr UINT LVM_SETITEMA = 0x1006;
 constexpr UINT LVM_HITTEST = 0x1012;
 constexpr UINT LVM_SETCOLUMNWIDTH = 0x101E;
 constexpr UINT LVM_GETSELECTEDCOUNT = 0x1032;
 constexpr UINT LVM_SETEXTENDEDLISTVIEWSTYLE = 0x1036;
+constexpr UINT LVM_SETITEMW = 0x104C;
 constexpr UINT NM_RCLICK = static_cast<UINT>(-5);
 
-struct LVITEMA {
+struct LVITEMW {
   UINT mask;
   int iItem;
   int iSubItem;
   UINT state;
   UINT stateMask;
-  LPSTR pszText;
+  LPWSTR pszText;
   int cchTextMax;
   int iImage;
   LPARAM lParam;
@@ -362,3 +426,38 @@ struct LVHITTESTINFO {
 };
 
 #endif
+
+#include <string>
+
+namespace torvane {
+
+/// Text on its way through the door, whose calls take 16-bit text as WCHAR: of the program's own
+/// text, and of a buffer for a call to fill.
+inline const WCHAR* Wide(const char16_t* text) {
+  return reinterpret_cast<const WCHAR*>(text);
+}
+inline const WCHAR* Wide(const std::u16string& text) {
+  return Wide(text.c_str());
+}
+inline WCHAR* WideBuffer(std::u16string& buffer) {
+  return reinterpret_cast<WCHAR*>(buffer.data());
+}
+/// And the way back, of a text with its closing NUL.
+inline const char16_t* TextOf(const WCHAR* text) {
+  return reinterpret_cast<const char16_t*>(text);
+}
+
+/// The text that a call gives, however long it is. `call` fills a buffer of a size in units; it
+/// gives the text's length without the NUL, or the size needed where the buffer is too small.
+template <typename Call>
+std::u16string TextOfCall(Call call) {
+  std::u16string buffer(MAX_PATH, u'\0');
+  for (;;) {
+    const std::size_t length = call(WideBuffer(buffer), static_cast<DWORD>(buffer.size()));
+    const bool fits = length < buffer.size();
+    buffer.resize(length);
+    if (fits) return buffer;
+  }
+}
+
+}  // namespace torvane

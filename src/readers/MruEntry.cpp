@@ -1,6 +1,5 @@
 #include "readers/MruEntry.h"
 
-#include <algorithm>
 #include <array>
 
 #include "storage/clsParse.h"
@@ -65,11 +64,6 @@ MruEntry EntryFromItemTag(TextView itemTag) {
 
 bool IsMissing(TextView itemTag) {
   return itemTag.starts_with(u"KILL");
-}
-
-bool IsIniList(TextView listType) {
-  constexpr std::array<TextView, 4> kIniTypes = {u"20", u"21", u"22", u"23"};
-  return std::find(kIniTypes.begin(), kIniTypes.end(), listType) != kIniTypes.end();
 }
 
 }  // namespace torvane

@@ -38,7 +38,4 @@ MruEntry EntryFromItemTag(TextView itemTag);
 /// Whether an item's tag marks it as missing.
 bool IsMissing(TextView itemTag);
 
-/// Whether a list of this type lives in an INI file.
-bool IsIniList(TextView listType);
-
 }  // namespace torvane

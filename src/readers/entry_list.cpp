@@ -16,16 +16,7 @@ namespace {
 constexpr UINT kByPath = SHGFI_SYSICONINDEX | SHGFI_SMALLICON;
 constexpr UINT kByName = SHGFI_SYSICONINDEX | SHGFI_USEFILEATTRIBUTES;
 
-// Which of the three texts stand in a column; 0 for none.
-struct KindRow {
-  int kind;
-  UINT flags;
-  int text;
-  int subItem1;
-  int subItem2;
-};
-
-constexpr std::array<KindRow, 10> kKinds = {{
+constexpr std::array<ListKindRow, 12> kKinds = {{
     {0, kByPath, 1, 2, 0},
     {4, kByPath, 1, 2, 0},
     {5, kByPath, 1, 2, 0},
@@ -36,6 +27,8 @@ constexpr std::array<KindRow, 10> kKinds = {{
     {3, kByPath, 1, 0, 0},
     {6, kByPath, 1, 0, 0},
     {8, kByName, 1, 2, 0},
+    {12, kByPath, 1, 2, 3},
+    {13, kByName, 1, 2, 3},
 }};
 
 // The image that the shell gave last. Runs of entries have the same one, and the shell takes longer
@@ -54,20 +47,20 @@ LastImage& Last() {
 int ImageNumber(const Text& iconPath, UINT flags) {
   LastImage& last = Last();
   if (last.flags != flags || last.iconPath != iconPath) {
-    SHFILEINFOA info{};
+    SHFILEINFOW info{};
     // A path that the shell doesn't know leaves image 0.
-    SHGetFileInfoA(ToAnsi(iconPath).c_str(), 0, &info, sizeof info, flags);
+    SHGetFileInfoW(Wide(iconPath), 0, &info, sizeof info, flags);
     last = {iconPath, flags, ImageOfIconFile(iconPath, info.iIcon)};
   }
   return last.number;
 }
 
 void SetImage(const List& list, const ListItem& item, int image) {
-  LVITEMA record{};
+  LVITEMW record{};
   record.mask = LVIF_IMAGE;
   record.iItem = item.Index() - 1;
   record.iImage = image;
-  SendMessageA(list.hWnd(), LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&record));
+  SendMessageW(list.hWnd(), LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&record));
 }
 
 }  // namespace
@@ -86,12 +79,17 @@ IconPaths& Icons() {
   return paths;
 }
 
-void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
-                  const Text& Text2, const Text& Tag, const Text& Text3) {
-  const auto* row = std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& candidate) {
+const ListKindRow* FindListKind(int ListKind) {
+  const auto* row = std::find_if(kKinds.begin(), kKinds.end(), [&](const ListKindRow& candidate) {
     return candidate.kind == ListKind;
   });
-  if (row == kKinds.end()) return;
+  return row == kKinds.end() ? nullptr : row;
+}
+
+void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
+                  const Text& Text2, const Text& Tag, const Text& Text3, std::size_t Number) {
+  const ListKindRow* row = FindListKind(ListKind);
+  if (!row) return;
 
   const std::array<const Text*, 4> texts = {nullptr, &Text1, &Text2, &Text3};
   const auto chosen = [&](int number) -> const Text& {
@@ -102,6 +100,7 @@ void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Te
   if (row->subItem1 != 0) item.SubItems(1, chosen(row->subItem1));
   if (row->subItem2 != 0) item.SubItems(2, chosen(row->subItem2));
   item.Tag(Tag);
+  item.Number(Number);
   if (IconPath == Icons().IconMissingFile) item.ImageNote(u"Missing");
   SetImage(list, item, image);
 }
@@ -110,12 +109,12 @@ void ClearEntryList(List& list) {
   Last() = {};
   list.ColumnHeaders().Clear();
   list.ListItems().Clear();
-  list.Arrange = ListArrange::Top;
+  list.Source(nullptr);
   CurrentToolkit().DoEvents();
 }
 
 LRESULT SetListImageList(HWND window, LPARAM imageList, WPARAM kind) {
-  return SendMessageA(window, LVM_SETIMAGELIST, kind, imageList);
+  return SendMessageW(window, LVM_SETIMAGELIST, kind, imageList);
 }
 
 EntryPath SplitEntryPath(const Text& text) {

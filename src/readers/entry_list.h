@@ -20,11 +20,21 @@ struct ListCounters {
 ListCounters& Counters();
 void ResetCounters();
 
+/// The columns that a kind of entry sets, of its three texts; null for a kind that isn't known.
+struct ListKindRow {
+  int kind;
+  unsigned flags;  ///< how the shell finds the icon
+  int text;        ///< which text stands in the column, 0 for none
+  int subItem1;
+  int subItem2;
+};
+const ListKindRow* FindListKind(int ListKind);
+
 /// Adds an item behind the others; the only way into the list. `ListKind` says which texts stand in
 /// which column and how the shell finds the icon of `IconPath`; a kind that isn't known adds
-/// nothing.
+/// nothing. `Number` is the item's own.
 void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
-                  const Text& Text2, const Text& Tag, const Text& Text3);
+                  const Text& Text2, const Text& Tag, const Text& Text3, std::size_t Number = 0);
 
 /// Empties columns and items and lets pending window messages run.
 void ClearEntryList(List& list);

@@ -19,6 +19,14 @@ Text NotFoundMessage(const Text& entryName) {
 
 }  // namespace
 
+std::optional<Text> IniFolder(const MruEntry& entry, const List& list) {
+  clsRegistry registry;
+  SelectIniFolder(registry, entry.EntryName);
+  if (!registry.KeyExists()) registry.CreateKey();
+  if (Length(registry.Value()) == 0 && !FindIniFolder(entry, registry, list)) return std::nullopt;
+  return AsText(registry.Value());
+}
+
 void SelectIniFolder(clsRegistry& Registry, const Text& entryName) {
   Registry.ClassKey(kCurrentUser);
   Registry.SectionKey(Text(kIniFolderKey));
@@ -31,7 +39,7 @@ bool FindIniFolder(const MruEntry& Entry, clsRegistry& Registry, const List& lis
   while (true) {
     const Text folder = BrowseForFolder(Entry.EntryName, list.Parent());
     if (folder.size() < 2) return false;
-    if (FileExists(folder + Entry.Location)) {
+    if (FileExists(IniFileInUse(folder + Entry.Location))) {
       SelectIniFolder(Registry, Entry.EntryName);
       Registry.Value(folder);
       return true;

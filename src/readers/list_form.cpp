@@ -1,49 +1,33 @@
 #include "readers/list_form.h"
 
+#include "platform/extras.h"
 #include "readers/icon_paths.h"
 
 namespace torvane {
+namespace {
 
-void PrepareList(const ListForm& form, List& list) {
-  ResetCounters();
-  for (const TextView column : form.columns) list.ColumnHeaders().Add(Text(column));
+/// Of a place that isn't found it may be known that nobody can find it from here.
+Standing StandingOf(const Text& path, bool found) {
+  if (found) return Standing::Found;
+  return IsOutOfReach(path) ? Standing::OutOfReach : Standing::Missing;
 }
 
-void FillList(const ListForm& form, const MruEntry& entry, List& list, ListStore& store) {
-  PrepareList(form, list);
-  const std::vector<Text> names = store.Names();
-  if (form.counts == CountRule::Names) {
-    Counters().TotalCount = static_cast<std::int32_t>(names.size());
-  }
-  const Text foundTag = ItemTag(false, entry);
-  const Text missingTag = ItemTag(true, entry);
-  for (const Text& name : names) {
-    const StoredEntry stored{name, store.Value(name)};
-    if (form.passesOver(entry, stored)) continue;
-    if (form.counts == CountRule::Entries) ++Counters().TotalCount;
+}  // namespace
 
-    const ShownEntry shown = form.shows(stored);
-    if (shown.missing) ++Counters().MissingCount;
-    AddListEntry(list, shown.kind, shown.iconPath, shown.text1, shown.text2,
-                 shown.missing ? missingTag : foundTag, shown.text3);
-    list.ListItems()(list.ListItems().Count()).Key(name);
-  }
-}
-
-bool PassNothing(const MruEntry& /*list*/, const StoredEntry& /*stored*/) {
+bool PassNothing(const MruEntry& /*list*/, const NamedValue& /*value*/) {
   return false;
 }
 
-bool PassEmpty(const MruEntry& /*list*/, const StoredEntry& stored) {
-  return Length(stored.value) == 0;
+bool PassEmpty(const MruEntry& /*list*/, const NamedValue& value) {
+  return Length(value.value) == 0;
 }
 
-bool PassEmptyOrCount(const MruEntry& list, const StoredEntry& stored) {
-  return Length(stored.value) == 0 || stored.name == list.CountValue;
+bool PassEmptyOrCount(const MruEntry& list, const NamedValue& value) {
+  return Length(value.value) == 0 || value.name == list.CountValue;
 }
 
-bool PassCount(const MruEntry& list, const StoredEntry& stored) {
-  return stored.name == list.CountValue;
+bool PassCount(const MruEntry& list, const NamedValue& value) {
+  return value.name == list.CountValue;
 }
 
 ShownEntry FileEntry(int kind, const EntryPath& path) {
@@ -52,18 +36,36 @@ ShownEntry FileEntry(int kind, const EntryPath& path) {
           .iconPath = found ? path.fullPath : Icons().IconMissingFile,
           .text1 = path.fileName,
           .text2 = path.folderPath,
-          .missing = !found};
+          .standing = StandingOf(path.fullPath, found),
+          .written = path.fullPath};
 }
 
-ShownEntry ShowFile(const StoredEntry& stored) {
-  return FileEntry(0, SplitEntryPath(AsText(stored.value)));
+ShownEntry ShowFile(const NamedValue& value) {
+  const Text text = AsText(value.value);
+  ShownEntry shown = FileEntry(0, SplitEntryPath(text));
+  if (HasWildcard(text)) shown.written.reset();
+  return shown;
 }
 
 ShownEntry FolderEntry(const Text& folder, bool found) {
   return {.kind = 3,
           .iconPath = found ? folder : Icons().IconMissingFile,
           .text1 = folder,
-          .missing = !found};
+          .standing = StandingOf(folder, found),
+          .written = folder};
+}
+
+Text FileText(const ListItem& item, int folderColumn) {
+  const Text& folder = item.SubItems(folderColumn);
+  return folder.empty() ? item.Text() : AddBackslash(folder) + item.Text();
+}
+
+Text FileInColumns(const ListItem& item) {
+  return FileText(item, 1);
+}
+
+Text FirstColumn(const ListItem& item) {
+  return item.Text();
 }
 
 }  // namespace torvane

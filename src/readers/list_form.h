@@ -1,31 +1,29 @@
-// The theme of all readers: a list's form, and the walk over its store that fills the list.
+// How the entries of a list are shown and written: what one list does differently from another, as
+// data and small functions.
 //
-// Every reader sets up the columns, walks over the names in its store, passes over those that are
-// no entries, counts, decides what an entry shows and whether it is missing, and adds it. What one
-// list does differently from another is data in its ListForm.
+// Every reader sets up the columns, walks over the values of its store, passes over those that are
+// no entries, counts, decides what an entry shows and whether it is missing, and adds it.
 #pragma once
 
+#include <optional>
 #include <span>
-#include <vector>
 
 #include "readers/entry_list.h"
 #include "storage/variant.h"
 
 namespace torvane {
 
-/// One value of a registry key or one key of an INI section.
-struct StoredEntry {
+/// A value of a list's store as it reads.
+struct NamedValue {
   Text name;
   Variant value;
 };
 
-/// Where a list is kept. Reading never fails: what isn't there has no names and empty values.
-class ListStore {
- public:
-  virtual ~ListStore() = default;
-  /// The names to walk over, in their order.
-  virtual std::vector<Text> Names() = 0;
-  virtual Variant Value(const Text& name) = 0;
+/// What is known of the place that an entry names.
+enum class Standing {
+  Found,  ///< or nothing that could be missing
+  Missing,
+  OutOfReach,  ///< it can't be looked for, so it isn't called missing
 };
 
 /// What becomes of an entry in the list (see AddListEntry).
@@ -35,7 +33,10 @@ struct ShownEntry {
   Text text1 = {};
   Text text2 = {};
   Text text3 = {};
-  bool missing = false;
+  Standing standing = Standing::Found;
+  /// The text that stands for the entry in a rewritten list; nothing where the value holds more
+  /// than was read of it.
+  std::optional<Text> written = {};
 };
 
 enum class CountRule {
@@ -47,31 +48,52 @@ enum class CountRule {
 struct ListForm {
   std::span<const TextView> columns;
   CountRule counts;
-  /// Whether a name is no entry of the list.
-  bool (*passesOver)(const MruEntry& list, const StoredEntry& stored);
-  ShownEntry (*shows)(const StoredEntry& stored);
+  /// Whether a value is no entry of the list.
+  bool (*passesOver)(const MruEntry& list, const NamedValue& value);
+  ShownEntry (*shows)(const NamedValue& value);
+  /// The text that stands for an item in its store, from the item's columns; null where a value
+  /// stays as it is stored.
+  Text (*writes)(const ListItem& item);
 };
 
-/// Sets up a list's columns and fills it from `store`.
-void FillList(const ListForm& form, const MruEntry& entry, List& list, ListStore& store);
-/// The first part of FillList alone: counters reset, columns set up, no items.
-void PrepareList(const ListForm& form, List& list);
-
-/// Tests on which forms pass over a name.
-bool PassNothing(const MruEntry& list, const StoredEntry& stored);
-bool PassEmpty(const MruEntry& list, const StoredEntry& stored);
-bool PassEmptyOrCount(const MruEntry& list, const StoredEntry& stored);
-bool PassCount(const MruEntry& list, const StoredEntry& stored);
+/// Tests on which forms pass over a value.
+bool PassNothing(const MruEntry& list, const NamedValue& value);
+bool PassEmpty(const MruEntry& list, const NamedValue& value);
+bool PassEmptyOrCount(const MruEntry& list, const NamedValue& value);
+bool PassCount(const MruEntry& list, const NamedValue& value);
 
 /// A file entry: the icon of the file or the missing mark.
 ShownEntry FileEntry(int kind, const EntryPath& path);
 /// Name and folder of the file whose path is the data.
-ShownEntry ShowFile(const StoredEntry& stored);
+ShownEntry ShowFile(const NamedValue& value);
 
 /// A folder entry: the icon of the folder or the missing mark.
 ShownEntry FolderEntry(const Text& folder, bool found);
 
+/// The path in the columns of a file list, the folder standing in `folderColumn`; the name alone
+/// for a file without a folder.
+Text FileText(const ListItem& item, int folderColumn);
+/// That path where the folder is the second column.
+Text FileInColumns(const ListItem& item);
+/// The first column.
+Text FirstColumn(const ListItem& item);
+
 inline constexpr TextView kFileColumns[] = {u"File Name", u"File Path"};
 inline constexpr TextView kFolderColumns[] = {u"Folder Path"};
+
+// The forms of the list types, by theme: file_readers.cpp, text_readers.cpp, ini_readers.cpp.
+extern const ListForm kFileForm;
+extern const ListForm kStoredFileForm;  ///< the same, survivors as they are stored
+extern const ListForm kFavoritesForm;
+extern const ListForm kFolderForm;
+extern const ListForm kCommaForm;
+extern const ListForm kValueNameForm;
+extern const ListForm kUrlForm;
+extern const ListForm kFindReplaceForm;
+extern const ListForm kRegEditForm;
+extern const ListForm kCommandForm;
+extern const ListForm kHostForm;
+extern const ListForm kIniFileForm;
+extern const ListForm kIniFolderForm;
 
 }  // namespace torvane

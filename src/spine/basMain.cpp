@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "platform/extras.h"
+#include "platform/resource_numbers.h"
 #include "platform/winapi.h"
 #include "spine/frmMain.h"
 #include "storage/raised_error.h"
@@ -22,43 +23,82 @@ struct ExtractedFile {
 
 std::array<ExtractedFile, 6> ExtractedFiles() {
   return {{
-      {105, u".ico", Icons().IconMissingFile},
-      {106, u".ico", Icons().IconFindReplace},
-      {107, u".ico", Icons().IconHost},
-      {108, u".ico", Icons().IconCommand},
-      {109, u".ico", Icons().IconFtp},
-      {1, u".dat", CatalogueFile()},
+      {resource::kMissingFileIcon, u".ico", Icons().IconMissingFile},
+      {resource::kFindReplaceIcon, u".ico", Icons().IconFindReplace},
+      {resource::kHostIcon, u".ico", Icons().IconHost},
+      {resource::kCommandIcon, u".ico", Icons().IconCommand},
+      {resource::kFtpIcon, u".ico", Icons().IconFtp},
+      {resource::kCatalogue, u".dat", CatalogueFile()},
   }};
 }
 
 Text TempFolder() {
-  std::string buffer(MAX_PATH, '\0');
-  GetTempPathA(static_cast<DWORD>(buffer.size()), buffer.data());
-  return StripAtNull(FromAnsi(buffer));
+  return TextOfCall([](WCHAR* buffer, DWORD size) { return GetTempPathW(size, buffer); });
+}
+
+[[noreturn]] void RaiseUnusable(const Text& folder, DWORD error) {
+  throw RaisedError(
+      static_cast<std::int32_t>(error), ExecutableBaseName(),
+      u"The temporary folder '" + folder + u"' can't be used (error " + Decimal(error) + u").");
 }
 
 // The system's name for a new file; the file that comes with it is not wanted.
 Text NewTempName(const Text& folder) {
-  std::string buffer(MAX_PATH, '\0');
-  GetTempFileNameA(ToAnsi(folder).c_str(), "TV", 0, buffer.data());
-  DeleteFileA(buffer.c_str());
-  return StripAtNull(FromAnsi(buffer));
+  Text name(MAX_PATH, u'\0');
+  if (GetTempFileNameW(Wide(folder), Wide(u"TV"), 0, WideBuffer(name)) == 0) {
+    RaiseUnusable(folder, GetLastError());
+  }
+  name = StripAtNull(name);
+  DeleteFileW(Wide(name));
+  return name;
 }
 
-void WriteNewFile(const Text& path, std::span<const std::byte> bytes) {
-  const HANDLE file = CreateFileA(ToAnsi(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+// Gives ERROR_SUCCESS, or why there is no such new file with these bytes.
+DWORD WriteNewFile(const Text& path, std::span<const std::byte> bytes) {
+  const HANDLE file = CreateFileW(Wide(path), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return GetLastError();
   DWORD written = 0;
-  const bool whole =
-      file != INVALID_HANDLE_VALUE &&
-      WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE &&
-      written == bytes.size();
-  if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
-  if (!whole) {
-    throw RaisedError(static_cast<std::int32_t>(GetLastError()), ExecutableBaseName(),
-                      u"The file '" + path + u"' could not be written.");
-  }
+  const BOOL done =
+      WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  const DWORD error = done != FALSE ? ERROR_DISK_FULL : GetLastError();
+  CloseHandle(file);
+  if (done != FALSE && written == bytes.size()) return ERROR_SUCCESS;
+  DeleteFileW(Wide(path));
+  return error;
 }
+
+// The system's name is free, but the one with the ending may be taken: then it gives another.
+void Extract(const ExtractedFile& file, const Text& folder) {
+  constexpr int kAttempts = 100;
+  DWORD error = ERROR_FILE_EXISTS;
+  for (int attempt = 0; attempt < kAttempts && error == ERROR_FILE_EXISTS; ++attempt) {
+    const Text path = NewTempName(folder).append(file.ending);
+    error = WriteNewFile(path, DataResource(file.resource));
+    if (error == ERROR_SUCCESS) file.path = path;
+  }
+  if (error != ERROR_SUCCESS) RaiseUnusable(folder, error);
+}
+
+// A file that can't be deleted stays behind; the next start takes new names.
+void DeleteExtractedFiles() {
+  for (const ExtractedFile& file : ExtractedFiles()) DeleteFileW(Wide(file.path));
+}
+
+// Takes the files away again where the start fails before this is told that it is done.
+class ExtractionGuard {
+ public:
+  ExtractionGuard() = default;
+  ExtractionGuard(const ExtractionGuard&) = delete;
+  ExtractionGuard& operator=(const ExtractionGuard&) = delete;
+  ~ExtractionGuard() {
+    if (!done_) DeleteExtractedFiles();
+  }
+  void done() { done_ = true; }
+
+ private:
+  bool done_ = false;
+};
 
 }  // namespace
 
@@ -68,14 +108,20 @@ void Main() {
   splash.cmdOk.Visible(false);
   splash.Show();
   splash.Refresh();
+  ExtractionGuard guard;
   ExtractResources();
-  frmMain& mainWindow = MainWindow();
-  mainWindow.ReportProgressOn(&splash.picProgress);
+  frmMain& mainWindow =
+      MakeMainWindow([&splash](std::int32_t count, std::int32_t number, const Text& category) {
+        ShowProgress(splash.picProgress, count, number, u"Loading MRU Data (" + category + u")");
+      });
   mainWindow.Load();
-  mainWindow.ReportProgressOn(nullptr);
   mainWindow.Show();
   splash.Unload();
   mainWindow.Refresh();
+  guard.done();
+  mainWindow.LookForLists();
+  mainWindow.FindLists();
+  mainWindow.TellLeftOutRows();
 }
 
 Text& CatalogueFile() {
@@ -85,18 +131,17 @@ Text& CatalogueFile() {
 
 void ExtractResources() {
   const Text folder = TempFolder();
-  for (const ExtractedFile& file : ExtractedFiles()) {
-    file.path = NewTempName(folder).append(file.ending);
-    WriteNewFile(file.path, DataResource(file.resource));
-  }
+  for (const ExtractedFile& file : ExtractedFiles()) file.path.clear();
+  ExtractionGuard guard;
+  for (const ExtractedFile& file : ExtractedFiles()) Extract(file, folder);
+  guard.done();
 }
 
 void DeleteIconFiles() {
   const IconPaths& icons = Icons();
   for (const Text* path : {&icons.IconMissingFile, &icons.IconFindReplace, &icons.IconHost,
                            &icons.IconFtp, &icons.IconCommand}) {
-    // A file that can't be deleted stays behind; the next start takes new names.
-    DeleteFileA(ToAnsi(*path).c_str());
+    DeleteFileW(Wide(*path));
   }
 }
 
@@ -115,8 +160,8 @@ void ShowProgress(PictureBox& Picture, std::int32_t MaxValue, std::int32_t Value
 }
 
 DWORD_PTR GetSystemImageList(UINT Flags) {
-  SHFILEINFOA info{};
-  return SHGetFileInfoA("C:\\", 0, &info, sizeof info, Flags | SHGFI_SYSICONINDEX);
+  SHFILEINFOW info{};
+  return SHGetFileInfoW(Wide(u"C:\\"), 0, &info, sizeof info, Flags | SHGFI_SYSICONINDEX);
 }
 
 }  // namespace torvane

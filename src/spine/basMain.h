@@ -2,10 +2,13 @@
 // window. Hands on the path operations and StripAtNull, which are looked for here too.
 #pragma once
 
+#include <functional>
+
 #include "readers/icon_paths.h"
 #include "storage/paths.h"
 #include "storage/text.h"
 #include "windows/controls/picture_box.h"
+#include "windows/controls/tree.h"
 
 namespace torvane {
 
@@ -14,7 +17,8 @@ namespace torvane {
 void Main();
 
 /// Writes the five list icons and the catalogue from the resources to new files in the temporary
-/// folder and sets Icons() and CatalogueFile(). Throws RaisedError where a file can't be written.
+/// folder and sets Icons() and CatalogueFile(). Throws RaisedError, which names the folder, where
+/// it can't be used; nothing is left behind then.
 void ExtractResources();
 
 /// The catalogue's temporary file.
@@ -23,9 +27,12 @@ Text& CatalogueFile();
 /// Deletes the list icons' temporary files.
 void DeleteIconFiles();
 
-/// Fills the main window's tree from the catalogue, one step of progress a category, and deletes
-/// the catalogue's file.
-void LoadCatalogue();
+/// Hears of each category as it is loaded: how many there are, its number from 1, its name.
+using LoadProgress =
+    std::function<void(std::int32_t count, std::int32_t number, const Text& category)>;
+
+/// Fills the main window's tree from the catalogue and deletes the catalogue's file.
+void LoadCatalogue(Tree& tree, const LoadProgress& progress);
 
 /// Draws `Caption` and over it a bar of `Value` parts of `MaxValue`. Nothing for a Value above
 /// MaxValue.

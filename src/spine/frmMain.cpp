@@ -1,12 +1,10 @@
 #include "spine/frmMain.h"
 
-#include "editing/delete_commands.h"
 #include "menu/open_with.h"
 #include "platform/extras.h"
+#include "platform/resource_numbers.h"
 #include "platform/winapi.h"
-#include "readers/entry_list.h"
-#include "spine/basMain.h"
-#include "spine/dispatch.h"
+#include "readers/basListFill.h"
 #include "windows/controls/toolkit.h"
 #include "windows/frmReadme.h"
 #include "windows/frmSplash.h"
@@ -19,30 +17,32 @@ namespace {
 constexpr int kClosedFolder = 1;
 constexpr int kOpenFolder = 2;
 
-constexpr int kProgramIcon = 104;
 constexpr int kIconSize = 16;
 
-// Marks that a list is being filled for as long as this lives.
-class Filling {
- public:
-  explicit Filling(bool& flag) : flag_(flag) { flag_ = true; }
-  Filling(const Filling&) = delete;
-  Filling& operator=(const Filling&) = delete;
-  ~Filling() { flag_ = false; }
+/// What the list says before a program is chosen.
+Text InvitingText() {
+  const Text world = CurrentToolkit().WorldName();
+  return u"Choose a program on the left to see its list." +
+         (world.empty() ? world : u"\n\n" + world);
+}
 
- private:
-  bool& flag_;
-};
+std::unique_ptr<frmMain>& TheMainWindow() {
+  static std::unique_ptr<frmMain> form;
+  return form;
+}
 
 }  // namespace
 
-frmMain& MainWindow() {
-  static std::unique_ptr<frmMain> form;
-  if (!form || form->Unloaded()) form = std::make_unique<frmMain>();
-  return *form;
+frmMain& MakeMainWindow(LoadProgress progress) {
+  TheMainWindow() = std::make_unique<frmMain>(std::move(progress));
+  return MainWindow();
 }
 
-frmMain::frmMain()
+frmMain& MainWindow() {
+  return *TheMainWindow();
+}
+
+frmMain::frmMain(LoadProgress progress)
     : Form(BorderStyle::Sizable),
       mnuView(MenuBar().Add(u"View")),
       mnuViewExpand(mnuView.Add(u"Expand Tree")),
@@ -51,12 +51,13 @@ frmMain::frmMain()
       mnuHelpReadme(mnHelp.Add(u"Readme...")),
       mnuHelpSep(mnHelp.Add(u"-")),
       mnuHelpAbout(mnHelp.Add(u"About...")),
-      edit(MenuBar()) {
-  DesignWidth = DesignPixels(656);
-  DesignHeight = DesignPixels(448);
-  const int barHeight = DesignPixels(20);
+      edit(MenuBar()),
+      progress_(std::move(progress)) {
+  DesignWidth = Scale().Design(656);
+  DesignHeight = Scale().Design(448);
+  const int barHeight = Scale().Design(20);
   const int paneHeight = DesignHeight - barHeight;
-  const int treeWidth = DesignPixels(200);
+  const int treeWidth = Scale().Design(200);
   tvwMRU.Move({0, 0, treeWidth, paneHeight});
   lvwMRU.Move({treeWidth, 0, DesignWidth - treeWidth, paneHeight});
   fraSplitter.Move({treeWidth, 0, 0, paneHeight});
@@ -71,18 +72,23 @@ void frmMain::ConnectEvents() {
   tvwMRU.NodeClick = [this](Node& node) { tvwMRU_NodeClick(node); };
   tvwMRU.Expand = [this](Node& node) { tvwMRU_Expand(node); };
   tvwMRU.Collapse = [this](Node& node) { tvwMRU_Collapse(node); };
-  mnuViewExpand.Click = [this] { mnuViewExpand_Click(); };
-  mnuCollapse.Click = [this] { mnuCollapse_Click(); };
-  mnuHelpReadme.Click = [this] { mnuHelpReadme_Click(); };
-  mnuHelpAbout.Click = [this] { mnuHelpAbout_Click(); };
+  mnuViewExpand.Click = [this] { turns_.take([this] { mnuViewExpand_Click(); }); };
+  mnuCollapse.Click = [this] { turns_.take([this] { mnuCollapse_Click(); }); };
+  mnuHelpReadme.Click = [this] { turns_.take([this] { mnuHelpReadme_Click(); }); };
+  mnuHelpAbout.Click = [this] { turns_.take([this] { mnuHelpAbout_Click(); }); };
+  // These are chosen in the list's popup, within its turn.
   edit.mnuEditOpenWithProgram.Click = [this] { mnuEditOpenWithProgram_Click(); };
   edit.mnuEditSelected.Click = [this] { mnuEditSelected_Click(); };
   edit.mnuEditMissing.Click = [this] { mnuEditMissing_Click(); };
   edit.mnuEditAll.Click = [this] { mnuEditAll_Click(); };
+  Activate = [this] { LookForLists(); };
+  KeyDown = [this](int& key, int held) { Form_KeyDown(key, held); };
+  edit.mnuEditUndo.Click = [this] { mnuEditUndo_Click(); };
 }
 
 void frmMain::Form_Load() {
-  Caption(ApplicationTitle());
+  const Text world = WorldTitle();
+  Caption(world.empty() ? ApplicationTitle() : ApplicationTitle() + u" \u2013 " + world);
   CompleteShellImageList();
   KeyPreview = true;
   splitter_.SetControls(*this, tvwMRU, lvwMRU, fraSplitter);
@@ -91,30 +97,47 @@ void frmMain::Form_Load() {
 
   listWindow_ = lvwMRU.hWnd();
   AttachSystemImageList();
-  SetListNotifyHandler([this](HWND window, LPARAM lParam) {
-    return OnListNotify({lvwMRU, tvwMRU, edit}, window, lParam);
-  });
+  SetListNotifyHandler(
+      [this](HWND window, LPARAM lParam) { return OnListMessage(window, lParam); });
   SubclassWindow(listWindow_, ListWindowProc, nullptr);
-  SendMessageA(listWindow_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
+  SendMessageW(listWindow_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
                LVS_EX_FULLROWSELECT);
   // A prefix or profile that can only be read is still there to be looked at.
-  Deliver([this] { LoadWindowSettings(); });
-  LoadCatalogue();
+  Attempt([this] { LoadWindowSettings(); });
+  BuildTreeImages();
+  tvwMRU.Images(&ilsTree);
+  lvwMRU.EmptyText(InvitingText());
+  LoadCatalogue(tvwMRU, std::exchange(progress_, nullptr));
+  LoadOwnLists();
+}
+
+void frmMain::Form_Rescale() {
+  splitter_.Rescale();
 }
 
 // The image list is the shell's: the control must not destroy it. It goes in before the list is
 // subclassed, since from then on nothing can change it.
 void frmMain::AttachSystemImageList() {
-  const LONG_PTR style = GetWindowLongPtrA(listWindow_, GWL_STYLE);
-  SetWindowLongPtrA(listWindow_, GWL_STYLE,
+  const LONG_PTR style = GetWindowLongPtrW(listWindow_, GWL_STYLE);
+  SetWindowLongPtrW(listWindow_, GWL_STYLE,
                     (style | LVS_SHAREIMAGELISTS) & ~static_cast<LONG_PTR>(WS_BORDER));
   SetListImageList(listWindow_, static_cast<LPARAM>(GetSystemImageList(SHGFI_SMALLICON)),
                    LVSIL_SMALL);
 }
 
+// A right-click keeps its place while it waits for its turn.
+LRESULT frmMain::OnListMessage(HWND window, LPARAM lParam) {
+  if (reinterpret_cast<const NMHDR*>(lParam)->code != NM_RCLICK) return 0;
+  turns_.take([this, window, click = *reinterpret_cast<const NMITEMACTIVATE*>(lParam)] {
+    OnListNotify({lvwMRU, tvwMRU, edit, undo_}, window, reinterpret_cast<LPARAM>(&click));
+  });
+  return 1;
+}
+
 void frmMain::Form_Unload() {
+  turns_.end();
   // Settings that can't be saved don't keep the window from closing.
-  Deliver([this] { SaveWindowSettings(); });
+  Attempt([this] { SaveWindowSettings(); });
   Hide();
   ClearEntryList(lvwMRU);
   UnsubclassWindow(listWindow_);
@@ -122,40 +145,40 @@ void frmMain::Form_Unload() {
   DeleteIconFiles();
 }
 
-void frmMain::ShowLoading(std::int32_t count, std::int32_t number, const Text& category) {
-  if (progress_) ShowProgress(*progress_, count, number, u"Loading MRU Data (" + category + u")");
-}
-
 void frmMain::BuildTreeImages() {
-  std::string buffer(255, ' ');
-  GetSystemDirectoryA(buffer.data(), static_cast<UINT>(buffer.size()));
-  const std::string folder = buffer.substr(0, buffer.find('\0'));
+  const Text folder = GetSystemFolder();
   constexpr UINT kClosed = SHGFI_SYSICONINDEX | SHGFI_SMALLICON;
   for (const UINT flags : {kClosed, kClosed | SHGFI_OPENICON}) {
-    SHFILEINFOA info{};
-    SHGetFileInfoA(folder.c_str(), 0, &info, sizeof info, flags);
+    SHFILEINFOW info{};
+    SHGetFileInfoW(Wide(folder), 0, &info, sizeof info, flags);
     picTemp.Cls();
     picTemp.PaintShellIcon(info.iIcon, 0, 0);
     ilsTree.Add(picTemp.Image());
   }
   picTemp.Cls();
-  picTemp.PaintResourceIcon(kProgramIcon, {0, 0, kIconSize, kIconSize});
+  picTemp.PaintResourceIcon(resource::kProgramIcon, {0, 0, kIconSize, kIconSize});
   ilsTree.Add(picTemp.Image());
 }
 
-// A click that arrives while a list is being filled is dropped: the fill lets messages run.
 void frmMain::tvwMRU_NodeClick(Node& node) {
-  if (filling_) return;
-  const Filling filling(filling_);
+  turns_.choose(node);
+}
+
+void frmMain::ShowListOf(Node& node) {
   const Hourglass hourglass(*this);
+  lvwMRU.EmptyText({});
   ClearEntryList(lvwMRU);
+  // Messages have run: the window may have gone, or another node may have been chosen.
+  if (!Loaded() || turns_.isOvertaken()) return;
   ShowNode(node);
   SizeColumns();
+  ShowUndoHint(Deleting());
 }
 
 void frmMain::ShowNode(Node& node) {
   const bool isCategory = node.Tag().empty();
   if (isCategory) {
+    lvwMRU.EmptyText(InvitingText());
     sbrInfo.Panels(1).Text(node.Text());
   } else {
     ShowProgram(node);
@@ -163,9 +186,12 @@ void frmMain::ShowNode(Node& node) {
 }
 
 void frmMain::ShowProgram(const Node& node) {
-  const MruEntry entry = EntryFromNode(node.Text(), node.Tag());
+  const FoundList* found = found_.ListOf(node);
+  const MruEntry entry = found ? found->description.entry : EntryFromNode(node.Text(), node.Tag());
   lvwMRU.Tag(entry.ListType);
-  FillByListType(entry, lvwMRU);
+  // A folder that can't be kept is told; the list is empty then.
+  Attempt([&] { found ? FillList(found->description, lvwMRU) : FillByListType(entry, lvwMRU); });
+  lvwMRU.EmptyText(u"Nothing is stored here.");
   sbrInfo.Panels(1).Text(node.Parent()->Text() + u"\\" + node.Text());
   sbrInfo.Panels(2).Text(u"Total: " + Decimal(Counters().TotalCount));
   sbrInfo.Panels(3).Text(u"Missing: " + Decimal(Counters().MissingCount));
@@ -173,7 +199,7 @@ void frmMain::ShowProgram(const Node& node) {
 
 void frmMain::SizeColumns() const {
   for (int column = 0; column < lvwMRU.ColumnHeaders().Count(); ++column) {
-    SendMessageA(listWindow_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column),
+    SendMessageW(listWindow_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column),
                  LVSCW_AUTOSIZE_USEHEADER);
   }
 }
@@ -216,16 +242,24 @@ void frmMain::mnuEditOpenWithProgram_Click() {
   OpenWithProgram(edit.mnuEditOpenWithProgram.Tag, lvwMRU);
 }
 
+DeleteContext frmMain::Deleting() {
+  return {lvwMRU, sbrInfo, tvwMRU, undo_};
+}
+
+void frmMain::mnuEditUndo_Click() {
+  UndoDelete(Deleting());
+}
+
 void frmMain::mnuEditSelected_Click() {
-  DeleteSelectedEntries({lvwMRU, sbrInfo, tvwMRU});
+  DeleteSelectedEntries(Deleting());
 }
 
 void frmMain::mnuEditMissing_Click() {
-  DeleteMissingEntries({lvwMRU, sbrInfo, tvwMRU});
+  DeleteMissingEntries(Deleting());
 }
 
 void frmMain::mnuEditAll_Click() {
-  DeleteAllEntries({lvwMRU, sbrInfo, tvwMRU});
+  DeleteAllEntries(Deleting());
 }
 
 }  // namespace torvane

@@ -1,8 +1,8 @@
 // The catalogue's way into the tree: a category a section, a program a row.
 
+#include "platform/winapi.h"
 #include "readers/MruEntry.h"
 #include "spine/basMain.h"
-#include "spine/frmMain.h"
 #include "storage/clsIni.h"
 
 namespace torvane {
@@ -33,11 +33,7 @@ void AddCategory(Tree& tree, clsIni& ini, const Text& section) {
 
 }  // namespace
 
-void LoadCatalogue() {
-  frmMain& form = MainWindow();
-  form.BuildTreeImages();
-  form.tvwMRU.Images(&form.ilsTree);
-
+void LoadCatalogue(Tree& tree, const LoadProgress& progress) {
   clsIni ini;
   ini.Path(CatalogueFile());
   std::vector<Text> sections;
@@ -45,10 +41,10 @@ void LoadCatalogue() {
   ini.EnumerateAllSections(sections, count);
   std::int32_t number = 0;
   for (const Text& section : sections) {
-    form.ShowLoading(count, ++number, section);
-    AddCategory(form.tvwMRU, ini, section);
+    if (progress) progress(count, ++number, section);
+    AddCategory(tree, ini, section);
   }
-  DeleteFileA(ToAnsi(CatalogueFile()).c_str());
+  DeleteFileW(Wide(CatalogueFile()));
 }
 
 }  // namespace torvane

@@ -3,6 +3,7 @@
 #include "windows/controls/toolkit.h"
 
 int main(int argc, char** argv) {
+  torvane::GuardProcess();
   const std::span<const char* const> words(argv, static_cast<std::size_t>(argc));
   if (const auto status = torvane::AnswerArguments(words.subspan(words.empty() ? 0 : 1))) {
     return *status;
@@ -10,12 +11,8 @@ int main(int argc, char** argv) {
   const auto toolkit = torvane::MakePlatformToolkit(argc, argv);
   torvane::SetToolkit(toolkit.get());
   if (!toolkit->Start()) return 1;
-  bool started = false;
-  torvane::Deliver([&] {
-    torvane::Main();
-    started = true;
-  });
-  if (!started) return 1;
-  toolkit->Run();
+  do {
+    if (!torvane::Attempt(torvane::Main)) return 1;
+  } while (toolkit->Run());
   return 0;
 }

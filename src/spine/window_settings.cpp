@@ -1,6 +1,7 @@
 // The main window's size and place, kept in the registry from one run to the next. Twips.
 
 #include <algorithm>
+#include <cmath>
 
 #include "spine/frmMain.h"
 #include "storage/clsRegistry.h"
@@ -34,7 +35,7 @@ void Write(clsRegistry& registry, const Text& name, std::int32_t number) {
 
 // What lies below the limit (a minimized window far off the screen, say) is kept out of the store.
 void WriteLimited(clsRegistry& registry, const Text& name, Twips length, Twips least) {
-  Write(registry, name, static_cast<std::int32_t>(std::max(length, least).count));
+  Write(registry, name, static_cast<std::int32_t>(std::lround(std::max(length, least).count)));
 }
 
 }  // namespace

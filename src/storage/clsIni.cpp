@@ -8,11 +8,11 @@ namespace {
 constexpr DWORD kValueBuffer = 255;
 constexpr DWORD kListBuffer = 8192;
 
-Text Read(const char* section, const char* key, DWORD size, const std::string& path) {
-  std::string buffer(size, ' ');
-  const DWORD copied =
-      GetPrivateProfileStringA(section, key, "", buffer.data(), size, path.c_str());
-  return FromAnsi({buffer.data(), copied});
+Text Read(const WCHAR* section, const WCHAR* key, DWORD size, const Text& path) {
+  Text buffer(size, u' ');
+  buffer.resize(
+      GetPrivateProfileStringW(section, key, Wide(u""), WideBuffer(buffer), size, Wide(path)));
+  return buffer;
 }
 
 std::vector<Text> SplitAtNulls(const Text& list) {
@@ -28,24 +28,24 @@ std::vector<Text> SplitAtNulls(const Text& list) {
 }  // namespace
 
 Text clsIni::Value() const {
-  return Read(section_.c_str(), key_.c_str(), kValueBuffer, path_);
+  return Read(Wide(section_), Wide(key_), kValueBuffer, path_);
 }
 
 void clsIni::Value(Text& sValue) const {
   std::erase(sValue, u'\0');
-  WritePrivateProfileStringA(section_.c_str(), key_.c_str(), ToAnsi(sValue).c_str(), path_.c_str());
+  WritePrivateProfileStringW(Wide(section_), Wide(key_), Wide(sValue), Wide(path_));
 }
 
 void clsIni::DeleteKey() const {
-  WritePrivateProfileStringA(section_.c_str(), key_.c_str(), nullptr, path_.c_str());
+  WritePrivateProfileStringW(Wide(section_), Wide(key_), nullptr, Wide(path_));
 }
 
 void clsIni::DeleteSection() const {
-  WritePrivateProfileStringA(section_.c_str(), nullptr, nullptr, path_.c_str());
+  WritePrivateProfileStringW(Wide(section_), nullptr, nullptr, Wide(path_));
 }
 
 Text clsIni::INISection() const {
-  return Read(section_.c_str(), nullptr, kListBuffer, path_);
+  return Read(Wide(section_), nullptr, kListBuffer, path_);
 }
 
 Text clsIni::Sections() const {

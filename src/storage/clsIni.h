@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "storage/text.h"
@@ -14,11 +13,11 @@ namespace torvane {
 class clsIni {
  public:
   /// Sets the file; a bare name means a file in the Windows folder.
-  void Path(const Text& sPath) { path_ = ToAnsi(sPath); }
-  void Key(const Text& sKey) { key_ = ToAnsi(sKey); }
-  void Section(const Text& sSection) { section_ = ToAnsi(sSection); }
+  void Path(const Text& sPath) { path_ = sPath; }
+  void Key(const Text& sKey) { key_ = sKey; }
+  void Section(const Text& sSection) { section_ = sSection; }
 
-  /// The key's value, at most 254 bytes of it; empty for an absent file, section or key.
+  /// The key's value, at most 254 characters of it; empty for an absent file, section or key.
   Text Value() const;
   /// Writes the key's value, creating file, section and key as needed. NULs are taken out, of the
   /// caller's string too.
@@ -27,7 +26,8 @@ class clsIni {
   /// Removes the section with all its keys.
   void DeleteSection() const;
 
-  /// The section's key names in the order of the file, each closed by a NUL; 8,192 bytes at most.
+  /// The section's key names in the order of the file, each closed by a NUL; 8,190 characters at
+  /// most.
   Text INISection() const;
   /// The names of all sections in the same form.
   Text Sections() const;
@@ -37,9 +37,9 @@ class clsIni {
   void EnumerateAllSections(std::vector<Text>& sSections, std::int32_t& iCount) const;
 
  private:
-  std::string path_;
-  std::string key_;
-  std::string section_;
+  Text path_;
+  Text key_;
+  Text section_;
 };
 
 }  // namespace torvane

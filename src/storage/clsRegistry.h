@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "storage/text.h"
@@ -58,8 +57,8 @@ class clsRegistry {
   void ValueType(std::int32_t eValueType) { valueType_ = eValueType; }
   /// kCurrentUser or kLocalMachine.
   void ClassKey(std::int32_t eKey) { classKey_ = eKey; }
-  void SectionKey(const Text& sSectionKey);
-  void ValueKey(const Text& sValueKey);
+  void SectionKey(const Text& sSectionKey) { sectionKey_ = sSectionKey; }
+  void ValueKey(const Text& sValueKey) { valueKey_ = sValueKey; }
   /// What Value() gives for a value that can't be read.
   const Variant& Default() const { return default_; }
   void Default(Variant vDefault) { default_ = std::move(vDefault); }
@@ -70,8 +69,6 @@ class clsRegistry {
   std::int32_t classKey_ = 0;
   Text sectionKey_;
   Text valueKey_;
-  std::string sectionBytes_;  // the two names in the code page, for the calls
-  std::string valueBytes_;
   Variant default_;
   std::int32_t valueType_ = 0;
 };

@@ -11,10 +11,14 @@ Text AddBackslash(const Text& Path);
 /// The path without blanks at its ends and then without one closing backslash.
 Text RemoveBackslash(Text Path);
 
-/// The path in the form that it has on disk: long names for short ones, the disk's case but for the
-/// drive letter, no closing backslash. A path of which a part doesn't exist, and a UNC path, comes
-/// back unchanged with a backslash at its end.
+/// A path that begins with a drive letter, a colon and a backslash, in the form that it has on
+/// disk: long names for short ones, the disk's case but for the drive letter, no closing backslash.
+/// Any other text, and a path of which a part can't be looked up as the name of one existing entry,
+/// comes back unchanged with a backslash at its end.
 Text GetLongPath(Text Path);
+
+/// Whether a search for the path would take it for a pattern.
+bool HasWildcard(TextView path);
 
 /// Whether the file system has an entry of that name, a folder counting too and wildcards acting as
 /// such.
@@ -26,7 +30,15 @@ bool FolderExists(Text& Path);
 /// The root of the system's drive ("C:\").
 Text GetSystemDrive();
 
+/// The system's folder ("C:\\windows\\system32"), without a closing backslash.
+Text GetSystemFolder();
+
 /// The Windows folder, without a closing backslash unless it is a root.
 Text GetWindowsFolder();
+
+/// The INI file that a program which names `path` reads and writes: where Windows keeps the user's
+/// own copy of a protected file for an old program (below "VirtualStore" of the user's local data),
+/// that copy; else `path` as it came. A bare file name means the Windows folder.
+Text IniFileInUse(const Text& path);
 
 }  // namespace torvane

@@ -2,17 +2,14 @@
 
 #include "platform/winapi.h"
 
-// The A calls take bytes, the program holds 16-bit text. WCHAR is 16 bits on both platforms but
-// need not be char16_t, hence the casts.
-
 namespace torvane {
 namespace {
 
-const WCHAR* Wide(const char16_t* text) {
-  return reinterpret_cast<const WCHAR*>(text);
-}
-WCHAR* Wide(char16_t* text) {
-  return reinterpret_cast<WCHAR*>(text);
+int CompareNames(TextView left, TextView right) {
+  // The call wants an address, which an empty view need not have.
+  const auto start = [](TextView text) { return Wide(text.empty() ? u"" : text.data()); };
+  return CompareStringOrdinal(start(left), static_cast<int>(left.size()), start(right),
+                              static_cast<int>(right.size()), TRUE);
 }
 
 }  // namespace
@@ -33,14 +30,29 @@ Text FromAnsi(std::string_view bytes) {
   // No code page gives more units than it has bytes.
   Text text(bytes.size(), u'\0');
   const int size = MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()),
-                                       Wide(text.data()), static_cast<int>(text.size()));
+                                       WideBuffer(text), static_cast<int>(text.size()));
   text.resize(static_cast<std::size_t>(size));
   return text;
 }
 
 Text LowerCase(Text text) {
-  if (!text.empty()) CharLowerBuffW(Wide(text.data()), static_cast<DWORD>(text.size()));
+  if (text.empty()) return text;
+  Text lower = text;
+  CharLowerBuffW(WideBuffer(lower), static_cast<DWORD>(lower.size()));
+  if (SameName(lower, text)) return lower;
+  // Some systems' table leads from the Kelvin sign to k, which is another file's name.
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (SameName({&lower[i], 1}, {&text[i], 1})) text[i] = lower[i];
+  }
   return text;
+}
+
+bool SameName(TextView left, TextView right) {
+  return left.size() == right.size() && CompareNames(left, right) == CSTR_EQUAL;
+}
+
+bool NameOrder::operator()(TextView left, TextView right) const {
+  return CompareNames(left, right) == CSTR_LESS_THAN;
 }
 
 Text Decimal(std::int64_t number) {

@@ -1,4 +1,5 @@
-// Text as the program holds it, and its two crossings: into the ANSI code page and into lower case.
+// Text as the program holds it, its two crossings, into the ANSI code page and into lower case, and
+// its use as a name.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +18,17 @@ std::string ToAnsi(TextView text);
 /// Text of bytes in the system's ANSI code page.
 Text FromAnsi(std::string_view bytes);
 
-/// Lower case by Unicode rules.
+/// Lower case for showing, unit by unit. What it gives is, as a name, the name that it was given.
 Text LowerCase(Text text);
+
+/// Whether two names of keys, values, files or folders are one, as the system compares them:
+/// without case, unit by unit.
+bool SameName(TextView left, TextView right);
+/// The order of names that are told apart by SameName, for sets and maps of them.
+struct NameOrder {
+  using is_transparent = void;
+  bool operator()(TextView left, TextView right) const;
+};
 
 /// Decimal text without leading zeros, a minus sign ahead of a negative number.
 Text Decimal(std::int64_t number);

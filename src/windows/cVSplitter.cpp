@@ -21,7 +21,7 @@ std::int32_t Round(double number) {
 bool cVSplitter::SetControls(Form& frm, Control& c1, Control& c2, Frame& fra) {
   if (!HasWindowHandle(c1) || !HasWindowHandle(c2)) return false;
   frmParent_ = &frm;
-  left_ = &c1;
+  leftPane_ = &c1;
   rightPane_ = &c2;
   fraSplit_ = &fra;
   fra.BackColor = SystemColor::ActiveBorder;
@@ -48,15 +48,25 @@ bool cVSplitter::HasWindowHandle(const Control& control) {
 }
 
 void cVSplitter::ReadMetrics() {
-  const int cxFrame = GetSystemMetrics(SM_CXFRAME);
-  const int cxBorder = GetSystemMetrics(SM_CXBORDER);
+  const int cxFrame = frmParent_->SystemMetric(SM_CXFRAME);
+  const int cxBorder = frmParent_->SystemMetric(SM_CXBORDER);
   if (barWidth_ == 0) barWidth_ = cxFrame - cxBorder;
-  const HWND window = left_->hWnd();
-  if ((GetWindowLongPtrA(window, GWL_STYLE) & WS_BORDER) != 0 &&
-      (GetWindowLongPtrA(window, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0) {
+  const HWND window = leftPane_->hWnd();
+  if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_BORDER) != 0 &&
+      (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0) {
     edgeOverlap_ = cxBorder;
   }
-  minPaneWidth_ = (GetSystemMetrics(SM_CXMINTRACK) - (2 * cxFrame + barWidth_)) / 2;
+  minPaneWidth_ = (frmParent_->SystemMetric(SM_CXMINTRACK) - (2 * cxFrame + barWidth_)) / 2;
+}
+
+// A drag that is running counts from where the bar was at the former scale, so it ends.
+void cVSplitter::Rescale() {
+  if (!frmParent_) return;
+  CancelSplit();
+  barWidth_ = 0;
+  edgeOverlap_ = 0;
+  ReadMetrics();
+  frmParent_Resize();
 }
 
 void cVSplitter::Left(std::int32_t x) {
@@ -67,7 +77,7 @@ void cVSplitter::Left(std::int32_t x) {
 
 // The upper bound wins where the two collide.
 std::int32_t cVSplitter::Clip(std::int32_t position) const {
-  return std::min(std::max(position, minPaneWidth_), right_ - (barWidth_ + minPaneWidth_));
+  return std::min(std::max(position, minPaneWidth_), clientWidth_ - (barWidth_ + minPaneWidth_));
 }
 
 void cVSplitter::LayoutPanes() {
@@ -78,10 +88,10 @@ void cVSplitter::LayoutPanes() {
     if (referenceWidth_ == 0) referenceWidth_ = client.right;
     ratio_ = static_cast<float>(splitPosition_) / static_cast<float>(referenceWidth_);
   }
-  right_ = client.right;
+  clientWidth_ = client.right;
   bottom_ = client.bottom - frmParent_->StatusBarHeight();
   if (bottom_ < top_) return;
-  splitPosition_ = Clip(Round(static_cast<double>(ratio_) * right_));
+  splitPosition_ = Clip(Round(static_cast<double>(ratio_) * clientWidth_));
   MovePanes();
 }
 
@@ -95,13 +105,13 @@ void cVSplitter::MovePanes() {
 }
 
 void cVSplitter::MoveLeftPane() const {
-  MoveWindow(left_->hWnd(), 0, top_, splitPosition_ + edgeOverlap_, PaneHeight(), TRUE);
-  UpdateWindow(left_->hWnd());
+  MoveWindow(leftPane_->hWnd(), 0, top_, splitPosition_ + edgeOverlap_, PaneHeight(), TRUE);
+  UpdateWindow(leftPane_->hWnd());
 }
 
 void cVSplitter::MoveRightPane() const {
   const std::int32_t begin = splitPosition_ + barWidth_;
-  MoveWindow(rightPane_->hWnd(), begin - edgeOverlap_, top_, right_ - begin + edgeOverlap_,
+  MoveWindow(rightPane_->hWnd(), begin - edgeOverlap_, top_, clientWidth_ - begin + edgeOverlap_,
              PaneHeight(), TRUE);
   UpdateWindow(rightPane_->hWnd());
 }
@@ -114,7 +124,7 @@ void cVSplitter::MoveBar() const {
 }
 
 std::int32_t cVSplitter::WantedPosition(float x) const {
-  return fraSplit_->Left() + Round(x) / CurrentToolkit().TwipsPerPixel();
+  return fraSplit_->Left() + frmParent_->Scale().ToPixels({x});
 }
 
 void cVSplitter::fraSplit_MouseDown(int Button, int /*Shift*/, float x, float /*y*/) {

@@ -23,8 +23,11 @@ class cVSplitter {
   void Left(std::int32_t x);
   /// Whether the panes follow the mouse during a drag; else a ghost of the bar does.
   void TrackSplit(bool fTrackSplit) { fTrackSplit_ = fTrackSplit; }
+  bool Dragging() const { return screen_ != nullptr; }
   /// Ends a drag as if it hadn't been.
   void CancelSplit();
+  /// Takes the measures of the scale that the form has now, and lays out anew.
+  void Rescale();
 
   void fraSplit_MouseDown(int Button, int Shift, float x, float y);
   void fraSplit_MouseMove(int Button, int Shift, float x, float y);
@@ -52,14 +55,14 @@ class cVSplitter {
   std::int32_t barWidth_ = 0;
   std::int32_t splitPosition_ = 0;
   std::int32_t top_ = 0;
-  std::int32_t right_ = 0;  ///< client width of the form
+  std::int32_t clientWidth_ = 0;
   std::int32_t bottom_ = 0;
   std::int32_t referenceWidth_ = 0;  ///< the client width that the ratio is measured against
   float ratio_ = 0;                  ///< 0: to be worked out anew
   bool fTrackSplit_ = false;
   std::int32_t dragStart_ = 0;
   HDC screen_ = nullptr;  ///< there while a drag runs
-  Control* left_ = nullptr;
+  Control* leftPane_ = nullptr;
   Control* rightPane_ = nullptr;
   Form* frmParent_ = nullptr;
   Frame* fraSplit_ = nullptr;

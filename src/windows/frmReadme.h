@@ -14,6 +14,9 @@ class frmReadme : public Form {
 
  protected:
   void Form_Load() override;
+
+ private:
+  void FitToText();
 };
 
 }  // namespace torvane

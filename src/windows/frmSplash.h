@@ -37,9 +37,19 @@ class frmSplash : public Form {
 
  protected:
   void Form_Load() override;
+  void Form_Rescale() override;
 
  private:
+  struct Row {
+    Label& title;
+    Label& value;
+  };
+
   void LayOut();
+  PixelSize PlaceRows(const std::vector<Row>& rows, const PixelSize& designed, int top);
+  /// What a control needs, at least what was designed at 96 dots an inch.
+  PixelSize Room(const Control& control, const PixelSize& designed, int width = 0) const;
+  void DrawLogo();
   void SetCaptions();
   void SetUpProgress();
 

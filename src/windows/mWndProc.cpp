@@ -13,17 +13,17 @@
 namespace torvane {
 namespace {
 
-constexpr char kOldProcedure[] = "OldWndProc";
-constexpr char kOwner[] = "ObjectPtr";
+constexpr char16_t kOldProcedure[] = u"OldWndProc";
+constexpr char16_t kOwner[] = u"ObjectPtr";
 
 struct FreeLocal {
-  void operator()(char* memory) const { LocalFree(memory); }
+  void operator()(WCHAR* memory) const { LocalFree(memory); }
 };
 
 struct Subclassed {
   std::set<HWND> windows;
   /// A copy of kOldProcedure, there while a window is subclassed.
-  std::unique_ptr<char, FreeLocal> propertyName;
+  std::unique_ptr<WCHAR, FreeLocal> propertyName;
   NotifyHandler onNotify;
 };
 
@@ -37,7 +37,7 @@ void TrackSubclassedWindow(HWND hWnd, bool add) {
   if (add) {
     state.windows.insert(hWnd);
     if (state.propertyName) return;
-    state.propertyName.reset(static_cast<char*>(LocalAlloc(LMEM_ZEROINIT, sizeof kOldProcedure)));
+    state.propertyName.reset(static_cast<WCHAR*>(LocalAlloc(LMEM_ZEROINIT, sizeof kOldProcedure)));
     std::memcpy(state.propertyName.get(), kOldProcedure, sizeof kOldProcedure);
   } else {
     state.windows.erase(hWnd);
@@ -46,12 +46,11 @@ void TrackSubclassedWindow(HWND hWnd, bool add) {
 }
 
 LRESULT CallOld(HANDLE old, HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
-  return CallWindowProcA(reinterpret_cast<WNDPROC>(old), hWnd, uMsg, wParam, lParam);
+  return CallWindowProcW(reinterpret_cast<WNDPROC>(old), hWnd, uMsg, wParam, lParam);
 }
 
-void ShowSubclassError(HWND hWnd) {
+void ShowSubclassError(HWND hWnd, DWORD error) {
   std::ostringstream message;
-  const DWORD error = GetLastError();
   message << "Error subclassing window &H" << std::hex << std::uppercase
           << reinterpret_cast<std::uintptr_t>(hWnd) << "\r\n"
           << "Err# " << std::dec << error << ": the window's procedure can't be replaced";
@@ -61,25 +60,27 @@ void ShowSubclassError(HWND hWnd) {
 }  // namespace
 
 bool SubclassWindow(HWND hWnd, WNDPROC wndProc, HANDLE owner) {
-  if (GetPropA(hWnd, kOldProcedure)) return true;
+  if (GetPropW(hWnd, Wide(kOldProcedure))) return true;
   TrackSubclassedWindow(hWnd, true);
-  const LONG_PTR old = SetWindowLongPtrA(hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(wndProc));
-  if (old != 0 && SetPropA(hWnd, kOldProcedure, reinterpret_cast<HANDLE>(old)) &&
-      (!owner || SetPropA(hWnd, kOwner, owner))) {
+  const LONG_PTR old = SetWindowLongPtrW(hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(wndProc));
+  if (old != 0 && SetPropW(hWnd, Wide(kOldProcedure), reinterpret_cast<HANDLE>(old)) &&
+      (!owner || SetPropW(hWnd, Wide(kOwner), owner))) {
     return true;
   }
-  if (old != 0) SetWindowLongPtrA(hWnd, GWLP_WNDPROC, old);
-  ShowSubclassError(hWnd);
+  // Putting the old procedure back has an error number of its own.
+  const DWORD error = GetLastError();
+  if (old != 0) SetWindowLongPtrW(hWnd, GWLP_WNDPROC, old);
+  ShowSubclassError(hWnd, error);
   return false;
 }
 
 bool UnsubclassWindow(HWND hWnd) {
-  const HANDLE old = GetPropA(hWnd, kOldProcedure);
-  if (!old || SetWindowLongPtrA(hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(old)) == 0) {
+  const HANDLE old = GetPropW(hWnd, Wide(kOldProcedure));
+  if (!old || SetWindowLongPtrW(hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(old)) == 0) {
     return false;
   }
-  RemovePropA(hWnd, kOldProcedure);
-  RemovePropA(hWnd, kOwner);
+  RemovePropW(hWnd, Wide(kOldProcedure));
+  RemovePropW(hWnd, Wide(kOwner));
   TrackSubclassedWindow(hWnd, false);
   return true;
 }
@@ -91,14 +92,14 @@ void SetListNotifyHandler(NotifyHandler handler) {
 LRESULT CALLBACK ListWindowProc(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
   if (uMsg == LVM_SETIMAGELIST) return 0;
   if (uMsg == WM_DESTROY) {
-    CallOld(GetPropA(hWnd, kOldProcedure), hWnd, uMsg, wParam, lParam);
+    CallOld(GetPropW(hWnd, Wide(kOldProcedure)), hWnd, uMsg, wParam, lParam);
     UnsubclassWindow(hWnd);
     return 0;
   }
   if (uMsg == kReflectedNotify && State().onNotify) {
     if (const LRESULT answer = State().onNotify(hWnd, lParam)) return answer;
   }
-  return CallOld(GetPropA(hWnd, State().propertyName.get()), hWnd, uMsg, wParam, lParam);
+  return CallOld(GetPropW(hWnd, State().propertyName.get()), hWnd, uMsg, wParam, lParam);
 }
 
 }  // namespace torvane

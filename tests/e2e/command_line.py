@@ -8,7 +8,7 @@ import unittest
 
 PROGRAM = sys.argv.pop()
 NO_DISPLAY = 'no display to open a window on'
-USAGE = 'Usage: torvane [--help | --version]'
+USAGE = 'Usage: torvane [--help | --version | --prefix FOLDER]'
 
 
 class CommandLine(unittest.TestCase):
@@ -35,10 +35,24 @@ class CommandLine(unittest.TestCase):
 
     def test_refuses_other_arguments(self):
         for arguments in (['x'], [''], ['-h'], ['--versions'], ['--help', '--version'],
-                          ['--', '--help'], ['-platform', 'offscreen'], ['a\nb\x1b[2J']):
+                          ['--', '--help'], ['-platform', 'offscreen'], ['a\nb\x1b[2J'],
+                          ['--prefix'], ['--prefix', ''], ['--prefix', '/', 'x'], ['--prefix=/']):
             status, output, errors = self.call(*arguments)
             self.assertEqual((status, output, errors[1:]), (1, '', [USAGE]), arguments)
             self.assertTrue(errors[0].isprintable(), arguments)
+
+    def test_opens_the_prefix_in_a_folder_or_says_what_it_looked_for(self):
+        with tempfile.TemporaryDirectory() as folder:
+            os.makedirs(folder + '/proton/pfx/drive_c')
+            for place in ('/proton', '/proton/pfx', '/proton/pfx/../'):
+                status, output, errors = self.call('--prefix', folder + place)
+                self.assertEqual((status, output, len(errors)), (1, '', 1))
+                self.assertIn(NO_DISPLAY, errors[0])
+            for place in ('', '/proton/pfx/drive_c', '/no\nne'):
+                status, output, errors = self.call('--prefix', folder + place)
+                self.assertEqual((status, output, len(errors)), (1, '', 1))
+                self.assertIn('has a folder drive_c', errors[0])
+                self.assertIn((folder + place).replace('\n', '?'), errors[0])
 
     def test_says_in_one_line_that_there_is_no_display(self):
         for variables in ({}, {'DISPLAY': ':4711'}, {'DISPLAY': 'nonsense'},

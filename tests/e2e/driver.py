@@ -4,6 +4,7 @@ Nothing here knows how high a row or a menu item is in which style. Where things
 the screen: two pictures of a list with different rows selected differ in exactly these rows, and a
 menu's items are the lines of text in it.
 """
+import collections
 import os
 import re
 import signal
@@ -131,6 +132,7 @@ class Torvane:
         self.open_category = None
         self.chosen = None
         self.list_rows = None
+        self.deletions = collections.Counter()
         self.process = subprocess.Popen(command, env={**display.environment, **environment},
                                         stdin=subprocess.DEVNULL, start_new_session=True)
         try:
@@ -176,12 +178,15 @@ class Torvane:
     def _measure_tree(self):
         area = self.tree_area
         self.screen.click(area.left + 60, area.bottom - 5)
-        first = self.screen.key('Home')
-        last = self.screen.key('End')
+        # Home alone may choose nothing where nothing has been chosen yet.
+        first = self.screen.key('End', 'Home')
+        # Behind the catalogue's categories others may stand.
+        self.screen.key('Down')
+        last = self.screen.key('Down')
         rows = changed_rows(first, last, area)
         if len(rows) < 2:
-            raise RuntimeError('the keys Home and End move no selection in the tree')
-        self.tree_pitch = (rows[-1][0] - rows[0][0]) / (len(self.tree) - 1)
+            raise RuntimeError('the keys Home and Down move no selection in the tree')
+        self.tree_pitch = (rows[-1][0] - rows[0][0]) / 2
         self.tree_first = (rows[0][0] + rows[0][1]) / 2
 
     def _tree_row(self, index):
@@ -253,12 +258,22 @@ class Torvane:
         return self.screen.menu_lines(menu.pop())
 
     def command(self, place, item):
-        """Right-clicks at a place and chooses one of the popup's last three items."""
+        """Right-clicks at a place and chooses one of the popup's last items."""
+        items = ['Delete Selected', 'Delete Missing', 'Delete All']
+        if self.deletions[self.chosen]:
+            items.append('Undo Delete')
         lines = self.popup(place)
-        if len(lines) not in (3, 4):
+        if len(lines) - len(items) not in (0, 1):
             raise RuntimeError(f'the popup menu has {len(lines)} items')
-        index = ['Delete Selected', 'Delete Missing', 'Delete All'].index(item) - 3
-        self.screen.click(*lines[index])
+        self.screen.click(*lines[items.index(item) - len(items)])
+        self.deletions[self.chosen] += -1 if item == 'Undo Delete' else 1
+
+    def undo_by_mouse(self, count):
+        self.command(self.rows(count)[0], 'Undo Delete')
+
+    def undo_by_key(self):
+        self.screen.key('ctrl+z')
+        self.deletions[self.chosen] -= 1
 
     def delete_missing(self, count):
         self.command(self.rows(count)[0], 'Delete Missing')

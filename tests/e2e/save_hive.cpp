@@ -3,7 +3,7 @@
 #include <exception>
 #include <iostream>
 
-#include "platform/posix/hive_image.h"
+#include "platform/posix/registry/hive_image.h"
 
 int main(int argc, char** argv) {
   using namespace torvane::posix;

@@ -58,9 +58,17 @@ class OwnedList:
             prefix.make_file(path, b'text')
             with wordpad(prefix, path):
                 pass
-        self.assertEqual(prefix.reg_query(KEY),
-                         {f'File{number}': path for number, path in enumerate(reversed(paths), 1)})
+        written = {f'File{number}': path for number, path in enumerate(reversed(paths), 1)}
+        self.assertEqual(prefix.reg_query(KEY), written)
         os.remove(prefix.host(paths[3]))
+
+        with self.torvane(prefix) as program:
+            program.choose('Text Editors', 'Wordpad')
+            program.delete_missing(4)
+            program.delete_selected(3, [1])
+            program.undo_by_key()
+            program.undo_by_mouse(3)
+        self.assertEqual(prefix.reg_query(KEY), written)
 
         with self.torvane(prefix) as program:
             program.choose('Text Editors', 'Wordpad')

@@ -1,8 +1,9 @@
 #include <fstream>
 #include <string>
 
-#include "platform/posix/code_page.h"
-#include "platform/posix/prefix.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/prefix/prefix.h"
+#include "platform/posix/registry/ansi_page.h"
 #include "support/scratch_world.h"
 
 namespace torvane::testing {

@@ -1,4 +1,4 @@
-#include "platform/posix/command_line.h"
+#include "platform/posix/shell/command_line.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/posix/prefix.h"
+#include "platform/posix/prefix/prefix.h"
 #include "platform/winapi.h"
 #include "support/scratch_world.h"
 
@@ -45,8 +45,7 @@ TEST(CommandLine, SplitsByTheWindowsRules) {
       {u"c:\\dir\\ x", {u"c:\\dir\\", u"x"}},
       {u"a;b&c $(d) `e` -f 'g h' *.?", {u"a;b&c", u"$(d)", u"`e`", u"-f", u"'g", u"h'", u"*.?"}},
   };
-  for (const Row& row : rows)
-    EXPECT_EQ(SplitArguments(row.text), row.arguments) << ToAnsi(row.text);
+  for (const Row& row : rows) EXPECT_EQ(SplitArguments(row.text), row.arguments) << Utf8(row.text);
 }
 
 TEST(CommandLine, FindsAProgramWhosePathHoldsBlanks) {
@@ -72,8 +71,8 @@ TEST(CommandLine, FindsAProgramWhosePathHoldsBlanks) {
     const auto call = FindProgramCall(row.line, [&](const std::u16string& name) {
       return row.existing.count(name) != 0 ? std::optional(name) : std::nullopt;
     });
-    EXPECT_EQ(call ? call->program : u"", row.program) << ToAnsi(row.line);
-    EXPECT_EQ(call ? call->arguments : u"", row.arguments) << ToAnsi(row.line);
+    EXPECT_EQ(call ? call->program : u"", row.program) << Utf8(row.line);
+    EXPECT_EQ(call ? call->arguments : u"", row.arguments) << Utf8(row.line);
   }
 }
 
@@ -96,6 +95,15 @@ class StartTest : public ScratchWorld {
     ::chmod(path.c_str(), 0755);
   }
 
+  /// Why a program can't be started, ERROR_SUCCESS for one that was.
+  static LONG Start(const char* program, const std::string& commandLine) {
+    Text line = Utf16(commandLine);
+    STARTUPINFOW start{};
+    PROCESS_INFORMATION started{};
+    const BOOL isStarted = CreateProcessW(W(program), WideBuffer(line), nullptr, nullptr, FALSE, 0,
+                                          nullptr, nullptr, &start, &started);
+    return isStarted != FALSE ? ERROR_SUCCESS : static_cast<LONG>(GetLastError());
+  }
   /// What the program wrote, once it has.
   std::string Log() const {
     for (int i = 0; i < 500 && !std::filesystem::exists(log_); ++i) {
@@ -112,37 +120,48 @@ class StartTest : public ScratchWorld {
   std::string path_;
 };
 
-TEST_F(StartTest, WinExecStartsWineWithExactlyTheArguments) {
+TEST_F(StartTest, StartsWineWithExactlyTheArguments) {
   MakeProgram("wine");
   const int inherited = ::open("/dev/null", O_RDONLY);
   MakeFile("My Programs\\edit.exe");
   const std::string line =
-      Folder() + "\\my programs\\EDIT.exe \"C:\\a & b;$(touch x)`id`.txt\" -x \"\" c:\\\xE4.txt";
-  EXPECT_GT(WinExec(line.c_str(), SW_SHOWNORMAL), 31U);
+      Folder() +
+      "\\my programs\\EDIT.exe \"C:\\a & b;$(touch x)`id`.txt\" -x \"\" c:\\\u00E4\u65E5.txt";
+  EXPECT_EQ(Start(nullptr, line), ERROR_SUCCESS);
   // Behind the arguments stand the prefix, and descriptors if any were handed on.
   const std::string prefix = posix::PrefixRoot().string();
   EXPECT_EQ(
       Log(),
-      "C:\\scratch\\my programs\\EDIT.exe|C:\\a & b;$(touch x)`id`.txt|-x||c:\\\xC3\xA4.txt|" +
+      "C:\\scratch\\my programs\\EDIT.exe|C:\\a & b;$(touch x)`id`.txt|-x||c:\\\u00E4\u65E5.txt|" +
           prefix);
   ::close(inherited);
+}
+
+TEST_F(StartTest, AProgramNamedApartIsTheOneThatStarts) {
+  MakeProgram("wine");
+  MakeFile("Program.exe");
+  const std::string program = MakeFile("Program Files\\\u65E5.exe");
+  const std::string prefix = posix::PrefixRoot().string();
+  EXPECT_EQ(Start(program.c_str(), "\"" + program + "\" \"a b\" c"), ERROR_SUCCESS);
+  EXPECT_EQ(Log(), "C:\\scratch\\Program Files\\\u65E5.exe|a b|c|" + prefix);
 }
 
 TEST_F(StartTest, WhatCantBeStartedIsAnError) {
   const std::string program = MakeFile("a.exe");
   ::setenv("PATH", Host(Folder()).c_str(), 1);
-  EXPECT_EQ(WinExec(program.c_str(), SW_SHOWNORMAL), 2U) << "no wine";
+  EXPECT_EQ(Start(nullptr, program), 2) << "no wine";
   MakeProgram("wine");
-  EXPECT_EQ(WinExec((Folder() + "\\none.exe").c_str(), SW_SHOWNORMAL), 2U);
-  EXPECT_EQ(WinExec(Folder().c_str(), SW_SHOWNORMAL), 2U) << "a folder";
-  EXPECT_EQ(WinExec("", SW_SHOWNORMAL), 2U);
+  EXPECT_EQ(Start(nullptr, Folder() + "\\none.exe"), 2);
+  EXPECT_EQ(Start((Folder() + "\\none.exe").c_str(), program), 2) << "the command line's program";
+  EXPECT_EQ(Start(nullptr, Folder()), 2) << "a folder";
+  EXPECT_EQ(Start(nullptr, ""), 2);
 }
 
 TEST_F(StartTest, LinksAndNothingElseGoToTheDesktop) {
   MakeProgram("xdg-open");
   const auto answer = [](const char* link) {
     return reinterpret_cast<LONG_PTR>(
-        ShellExecuteA(nullptr, "open", link, nullptr, nullptr, SW_SHOWNORMAL));
+        ShellExecuteW(nullptr, W("open"), W(link), nullptr, nullptr, SW_SHOWNORMAL));
   };
   for (const char* refused : {"file:///etc/passwd", "/bin/sh", "-x", "http:", "mailto:", "",
                               "https://x y", "javascript:http://x"})

@@ -1,4 +1,4 @@
-#include "platform/posix/drive_paths.h"
+#include "platform/posix/paths/drive_paths.h"
 
 #include <sys/stat.h>
 
@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/posix/folder_cache.h"
-#include "platform/posix/prefix.h"
-#include "platform/posix/windows_path.h"
+#include "platform/posix/paths/folder_cache.h"
+#include "platform/posix/paths/windows_path.h"
+#include "platform/posix/prefix/prefix.h"
 #include "platform/winapi.h"
 #include "support/scratch_world.h"
 
@@ -51,19 +51,19 @@ TEST_F(DrivePathsTest, LeadsThroughDosdevicesAndTheUnixForm) {
       {u"g:\\a.txt", std::nullopt},
       {u"\\\\server\\share\\a.txt", std::nullopt},
       {u"\\\\?\\UNC\\server\\a.txt", std::nullopt},
-      {u"\\\\?\\unix" + FromAnsi(data.string()) + u"\\A.txt", std::nullopt},
+      {u"\\\\?\\unix" + Utf16(data.string()) + u"\\A.txt", std::nullopt},
       {u"\\\\?\\unix\\ETC\\passwd", "/etc/passwd"},
       {u"\\\\?\\unix\\etc\\..\\etc\\passwd", std::nullopt},
       {u"\\\\?\\unix\\", "/"},
       {u"c:\\scratch\\data\\nul", std::nullopt},
   };
-  for (const Row& row : rows) EXPECT_EQ(FindHostPath(row.path), row.host) << ToAnsi(row.path);
+  for (const Row& row : rows) EXPECT_EQ(FindHostPath(row.path), row.host) << Utf8(row.path);
 }
 
 TEST_F(DrivePathsTest, ExactNamesGoAheadOfThoseThatDifferInCase) {
   MakeFile("Same.txt", "1");
   MakeFile("same.txt", "22");
-  MakeFile("\xC4rger.txt");
+  MakeFile("\u00C4rger.txt");
   const auto find = [&](std::u16string_view name) {
     return FindHostPath(u"C:\\scratch\\" + std::u16string(name)).value_or("").filename();
   };
@@ -71,6 +71,14 @@ TEST_F(DrivePathsTest, ExactNamesGoAheadOfThoseThatDifferInCase) {
   EXPECT_EQ(find(u"Same.txt"), "Same.txt");
   EXPECT_EQ(find(u"SAME.TXT"), "Same.txt");
   EXPECT_EQ(find(u"\u00E4RGER.txt"), fs::path(u"\u00C4rger.txt"));
+}
+
+TEST_F(DrivePathsTest, AListingKnowsShortNames) {
+  const posix::FolderListing listing(
+      {{"B", u"a.txtx"}, {"A", u"a~~~~zrd.txt"}, {"C", u"long name.t"}});
+  EXPECT_EQ(listing.find(u"LONG~1EX.T")->hostName, "C");
+  EXPECT_EQ(listing.find(u"A~~~~ZRD.TXT")->hostName, "A");
+  EXPECT_EQ(listing.find(u"LONG~1EY.T"), nullptr);
 }
 
 TEST_F(DrivePathsTest, TheDeepestDriveNamesAHostFile) {
@@ -88,11 +96,11 @@ TEST_F(DrivePathsTest, TheDeepestDriveNamesAHostFile) {
 }
 
 TEST_F(DrivePathsTest, ABareDriveIsItsRootFolder) {
-  WIN32_FIND_DATAA data{};
-  EXPECT_NE(FindFirstFileA("C:", &data), INVALID_HANDLE_VALUE);
+  WIN32_FIND_DATAW data{};
+  EXPECT_NE(FindFirstFileW(W("C:"), &data), INVALID_HANDLE_VALUE);
   EXPECT_EQ(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY, FILE_ATTRIBUTE_DIRECTORY);
-  EXPECT_EQ(FindFirstFileA("Q:", &data), INVALID_HANDLE_VALUE);
-  EXPECT_NE(FindFirstFileA("scratch", &data), INVALID_HANDLE_VALUE);
+  EXPECT_EQ(FindFirstFileW(W("Q:"), &data), INVALID_HANDLE_VALUE);
+  EXPECT_NE(FindFirstFileW(W("scratch"), &data), INVALID_HANDLE_VALUE);
 }
 
 TEST(WindowsPaths, PatternsFitAsDocumented) {
@@ -109,7 +117,7 @@ TEST(WindowsPaths, PatternsFitAsDocumented) {
   };
   for (const Row& row : kRows) {
     EXPECT_EQ(FitsPattern(row.name, row.pattern), row.fits)
-        << ToAnsi(row.name) << " / " << ToAnsi(row.pattern);
+        << Utf8(row.name) << " / " << Utf8(row.pattern);
   }
   // A matcher that goes back would never end here.
   std::u16string stars;
@@ -138,26 +146,27 @@ TEST_F(DrivePathsTest, AFolderIsReadOnceWhileItStands) {
 }
 
 TEST_F(DrivePathsTest, TemporaryFilesAreOursAlone) {
-  const fs::path folder = Host(MakeFolder("Temp Folder"));
+  const fs::path folder = Host(MakeFolder("\u0418\u0432\u0430\u043D"));
   ::setenv("TMPDIR", folder.c_str(), 1);
-  std::array<char, MAX_PATH> path{};
-  std::array<char, MAX_PATH> name{};
-  GetTempPathA(MAX_PATH, path.data());
-  EXPECT_TRUE(std::string(path.data()).starts_with("\\\\?\\unix\\"));
-  ASSERT_NE(GetTempFileNameA(path.data(), "TV", 0, name.data()), 0U);
+  const auto temporary = [] {
+    return TextOfCall([](WCHAR* buffer, DWORD size) { return GetTempPathW(size, buffer); });
+  };
+  Text name(MAX_PATH, u'\0');
+  EXPECT_TRUE(temporary().starts_with(u"\\\\?\\unix\\"));
+  ASSERT_NE(GetTempFileNameW(Wide(temporary()), W("TV"), 0, WideBuffer(name)), 0U);
+  name = StripAtNull(name);
   ::setenv("TMPDIR", (folder / "none").c_str(), 1);
-  GetTempPathA(MAX_PATH, path.data());
-  EXPECT_STREQ(path.data(), "\\\\?\\unix\\tmp\\");
+  EXPECT_EQ(temporary(), u"\\\\?\\unix\\tmp\\");
 
-  const fs::path host = FindHostPath(FromAnsi(name.data())).value_or("");
+  const fs::path host = FindHostPath(name).value_or("");
   EXPECT_TRUE(fs::equivalent(host.parent_path(), folder));
   struct stat status {};
   ASSERT_EQ(stat(host.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777U, 0600U);
   // A link in the place of the name that the program makes from this one is not followed.
-  const std::string icon = std::string(name.data()) + ".ico";
+  const Text icon = name + u".ico";
   fs::create_symlink(folder / "victim", host.string() + ".ico");
-  EXPECT_EQ(CreateFileA(icon.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr),
+  EXPECT_EQ(CreateFileW(Wide(icon), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr),
             INVALID_HANDLE_VALUE);
   EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_EXISTS));
   EXPECT_FALSE(fs::exists(folder / "victim"));

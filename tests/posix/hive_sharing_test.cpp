@@ -11,8 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/posix/wine_server.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/prefix/wine_server.h"
+#include "platform/posix/registry/registry.h"
 #include "posix/hive_world.h"
+#include "support/posix/other_process.h"
 
 namespace torvane::testing {
 namespace {
@@ -31,40 +34,10 @@ class HiveSharingTest : public HiveWorld {
       kHeader + "\n[K] 1\n\"a\"=\"1\"\n\n[L] 1\n\"l\"=\"1\"\n";
 };
 
-/// A child process that stands in for a wineserver: it holds the lock on a file as long as it
-/// lives.
-class LockHolder {
+/// A child process that stands in for a wineserver.
+class LockHolder : public OtherProcess {
  public:
-  explicit LockHolder(const fs::path& file) {
-    int ready[2];
-    EXPECT_EQ(pipe(ready), 0);
-    child_ = fork();
-    if (child_ == 0) {
-      const int descriptor = open(file.c_str(), O_CREAT | O_RDWR, 0600);
-      struct flock lock {};
-      lock.l_type = F_WRLCK;
-      lock.l_len = 1;
-      const char held = fcntl(descriptor, F_SETLK, &lock) == 0 ? 'y' : 'n';
-      if (write(ready[1], &held, 1) == 1) pause();
-      _exit(0);
-    }
-    char held = 0;
-    EXPECT_EQ(read(ready[0], &held, 1), 1);
-    isHeld = held == 'y';
-    close(ready[0]);
-    close(ready[1]);
-  }
-  LockHolder(const LockHolder&) = delete;
-  LockHolder& operator=(const LockHolder&) = delete;
-  ~LockHolder() {
-    kill(child_, SIGKILL);
-    waitpid(child_, nullptr, 0);
-  }
-
-  bool isHeld = false;
-
- private:
-  pid_t child_ = -1;
+  explicit LockHolder(const fs::path& lock) : OtherProcess([&] { return LockAsServer(lock); }) {}
 };
 
 TEST_F(HiveSharingTest, NothingIsChangedWhileWineRuns) {
@@ -95,7 +68,7 @@ TEST_F(HiveSharingTest, NothingIsChangedWhileWineRuns) {
       const LockHolder server(lock);
       const auto failures = posix::WriteBackChanges();
       ASSERT_EQ(failures.size(), 1U);
-      EXPECT_TRUE(failures.front().inUseByWine);
+      EXPECT_EQ(failures.front().kind, posix::WriteFailureKind::HeldByUse);
       EXPECT_EQ(failures.front().path, UserHive());
       EXPECT_EQ(Read(UserHive()), kBefore);
       EXPECT_EQ(Delete("K", "a"), ERROR_SHARING_VIOLATION) << "though changes wait already";
@@ -105,9 +78,9 @@ TEST_F(HiveSharingTest, NothingIsChangedWhileWineRuns) {
     EXPECT_NE(Read(UserHive()).find("\"a\"=\"3\""), std::string::npos);
     {
       const posix::WineServerHold hold(Prefix());
-      EXPECT_FALSE(LockHolder(lock).isHeld) << "a server can't start while we write";
+      EXPECT_FALSE(LockHolder(lock).stands) << "a server can't start while we write";
     }
-    EXPECT_TRUE(LockHolder(lock).isHeld);
+    EXPECT_TRUE(LockHolder(lock).stands);
   }
   fs::remove_all(debian);
   unsetenv("XDG_RUNTIME_DIR");
@@ -191,17 +164,17 @@ TEST_F(HiveSharingTest, ChangesGoOnTopOfWhatOthersWrote) {
 
 TEST_F(HiveSharingTest, OutsideChangesAreSeen) {
   HKEY open = nullptr;
-  ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "K", 0, KEY_QUERY_VALUE, &open), ERROR_SUCCESS);
+  ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, W("K"), 0, KEY_QUERY_VALUE, &open), ERROR_SUCCESS);
   Replace(UserHive(), kHeader + "\n[M] 1\n\"m\"=\"1\"\n\n[K] 1\n\"a\"=\"2\"\n");
   EXPECT_EQ(Get("K", "a"), "2\0"s);
   Write(UserHive(), kHeader + "\n[K] 1\n\"a\"=\"in place\"\n");
   EXPECT_EQ(Get("K", "a"), "in place\0"s);
   DWORD size = 0;
-  EXPECT_EQ(RegQueryValueExA(open, "a", nullptr, nullptr, nullptr, &size), ERROR_SUCCESS);
-  EXPECT_EQ(size, 9U);
+  EXPECT_EQ(RegQueryValueExW(open, W("a"), nullptr, nullptr, nullptr, &size), ERROR_SUCCESS);
+  EXPECT_EQ(size, 18U);
   fs::remove(UserHive());
   EXPECT_EQ(Get("K", "a"), std::nullopt);
-  EXPECT_EQ(RegQueryValueExA(open, "a", nullptr, nullptr, nullptr, &size), ERROR_KEY_DELETED);
+  EXPECT_EQ(RegQueryValueExW(open, W("a"), nullptr, nullptr, nullptr, &size), ERROR_KEY_DELETED);
   fs::create_symlink("elsewhere.reg", UserHive());
   Write(Prefix() / "elsewhere.reg", kBefore);
   EXPECT_EQ(Get("K", "a"), "1\0"s);

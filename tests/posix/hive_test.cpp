@@ -7,9 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/posix/hive_format.h"
-#include "platform/posix/hive_image.h"
-#include "platform/posix/registry.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/registry/hive_format.h"
+#include "platform/posix/registry/hive_image.h"
+#include "platform/posix/registry/registry.h"
 #include "posix/hive_world.h"
 #include "support/hostile_values.h"
 
@@ -46,7 +47,7 @@ TEST_F(HiveTest, LoadingAndSavingGivesTheSameBytes) {
 
 /// The hive with every time that isn't the one of these tests replaced by NOW.
 std::string WithoutNewTimes(std::string hive) {
-  hive = std::regex_replace(hive, std::regex("\\] (?!1700000000\n)[0-9]{10}\n"), "] NOW\n");
+  hive = std::regex_replace(hive, std::regex("\\] (?!1700000000\n)[0-9]{10}"), "] NOW");
   return std::regex_replace(hive, std::regex("#time=(?!1da1747c7059680\n)[0-9a-f]+\n"),
                             "#time=NOW\n");
 }
@@ -94,6 +95,17 @@ TEST_F(HiveTest, ChangesOnlyTheLinesOfItsOwnKey) {
        k + old + "\"a\"=\"1\"\n" + others + k + "] 1700000001\n\"b\"=\"2\"\n",
        [] { Set("Software\\K", "c", "3"); },
        k + now + "\"a\"=\"1\"\n\"b\"=\"2\"\n\"c\"=\"3\"\n" + others + "\n"},
+      {"the last line has no end", others + k + old + "\"a\"=\"1\"",
+       [] { Set("Software\\K", "b", "2"); }, others + k + now + "\"a\"=\"1\"\n\"b\"=\"2\"\n"},
+      {"nor has it one in another key", k + old + others + k + "\\\\L" + old + "\"l\"=dword:1",
+       [] { Set("Software\\K", "b", "2"); },
+       k + now + "\"b\"=\"2\"\n" + others + k + "\\\\L" + old + "\"l\"=dword:1"},
+      {"nor before a new key", k + old + "\"a\"=\"1\"", [] { Set("N", "n", "1"); },
+       k + old + "\"a\"=\"1\"\n[N" + now + "\"n\"=\"1\"\n"},
+      {"what is behind the data goes with it",
+       k + "] 1700000000 ; k\n#time=1da1747c7059680\n\"a\"=\"1\" ; a\n\"b\"=dword:1 ; b\n",
+       [] { Set("Software\\K", "a", "2"); },
+       k + "] NOW ; k\n#time=NOW\n\"a\"=\"2\"\n\"b\"=dword:1 ; b\n"},
       {"nothing is really changed", k + old + "\"a\"=\"1\"\n" + others,
        [] { EXPECT_EQ(Delete("Software\\K", "x"), ERROR_FILE_NOT_FOUND); },
        k + old + "\"a\"=\"1\"\n" + others},
@@ -122,7 +134,8 @@ TEST_F(HiveTest, WritesTheLinesThatWineWrites) {
       {"e", REG_SZ, "\a\b\t\n\v\f\r\x1B\0"s, "\"e\"=\"\\a\\b\\t\\n\\v\\f\\r\\e\""},
       {"o", REG_SZ, "\001z\0011\0018\0377\0"s, "\"o\"=\"\\1z\\0011\\18\\0377\""},
       {"z", REG_SZ, "a\0001\000b\0"s, "\"z\"=\"a\\0001\\0b\""},
-      {"x", REG_SZ, "\351z\351a\2009\200\177\0"s, "\"x\"=\"\\xe9z\\x00e9a\\x20ac9\\x20ac\x7F\""},
+      {"x", REG_SZ, "\u00E9z\u00E9a\u20AC9\u20AC\177\0"s,
+       "\"x\"=\"\\xe9z\\x00e9a\\x20ac9\\x20ac\x7F\""},
       {"no NUL", REG_SZ, "ab", "\"no NUL\"=hex(1):61,00,62,00"},
       {"empty", REG_SZ, "", "\"empty\"=hex(1):"},
       {"nul", REG_SZ, "\0"s, "\"nul\"=\"\""},
@@ -143,12 +156,12 @@ TEST_F(HiveTest, WritesTheLinesThatWineWrites) {
   for (const auto& [name, type, bytes, line] : cases) {
     SCOPED_TRACE(line);
     Replace(UserHive(), kHeader + "\n[K]\n");
-    ASSERT_EQ(SetBytes("K", name, type, bytes), ERROR_SUCCESS);
+    ASSERT_EQ(SetBytes("K", name, type, StoredData(type, bytes)), ERROR_SUCCESS);
     Save();
     EXPECT_EQ(Read(UserHive()), (kHeader + "\n[K]\n").append(line) + "\n");
   }
   Replace(UserHive(), kHeader);
-  Set("a\"[b]\xE9\\\x01", "v", "x");
+  Set("a\"[b]\u00E9\\\x01", "v", "x");
   Save();
   EXPECT_NE(Read(UserHive()).find("\n[a\"\\[b\\]\\xe9\\\\\\1] "), std::string::npos);
 }
@@ -160,7 +173,7 @@ TEST_F(HiveTest, ReadsWhatOthersMayHaveWritten) {
     DWORD type;
     std::string bytes;
   } cases[] = {
-      {"\"\\x41\\102c\"=\"\\x20acg\\12345\\q\\xg\"", "ABc", REG_SZ, "\200gS45qxg\0"s},
+      {"\"\\x41\\102c\"=\"\\x20acg\\12345\\q\\xg\"", "ABc", REG_SZ, "\u20ACgS45qxg\0"s},
       {"\"v\"=str:\"x\"", "v", REG_SZ, "x\0"s},
       {"\t\"v\" =  \"x\" \t", "v", REG_SZ, "x\0"s},
       {"\"v\"=\"x\"\r", "v", REG_SZ, "x\0"s},
@@ -169,6 +182,22 @@ TEST_F(HiveTest, ReadsWhatOthersMayHaveWritten) {
       {"\"v\"=dword:aB", "v", REG_DWORD, "\xAB\0\0\0"s},
       {"\"v\"=hex(1):41,00,42", "v", REG_SZ, "A"},
       {"@=\"d\"", "", REG_SZ, "d\0"s},
+      {"\"v\"=\"x\"; \"w\"", "v", REG_SZ, "x\0"s},
+      {"\"v\"=\"x\"\r\r", "v", REG_SZ, "x\0"s},
+      {"\v\f\"v\"\v=\f\"a\rb\1\"", "v", REG_SZ, "a\rb\1\0"s},
+      {"\"v\"=dword:", "v", REG_DWORD, "\0\0\0\0"s},
+      {"\"v\"=dword:123456789 x", "v", REG_DWORD, "\x89\x67\x45\x23"s},
+      {"\"v\"=dword: -0x2", "v", REG_DWORD, "\xFE\xFF\xFF\xFF"s},
+      {"\"v\"=dword:fffffffffffffffff", "v", REG_DWORD, "\xFF\xFF\xFF\xFF"s},
+      {"\"v\"=hex():01", "v", REG_NONE, "\x01"},
+      {"\"v\"=hex(-1):01", "v", 0xFFFFFFFF, "\x01"},
+      {"\"v\"=hex(100000003):01", "v", REG_BINARY, "\x01"},
+      {"\"v\"=hex:1,,2", "v", REG_NONE, ""},
+      {"\"v\"=hex(1):,41,00,00,00", "v", REG_NONE, ""},
+      {"\"v\"=hex: 1", "v", REG_NONE, ""},
+      {"\"v\"=hex:1,\\\n  2,,\\\n  3", "v", REG_NONE, ""},
+      {"\"v\"=hex:1 2 ,0x1f,00f\\ ; c\n\t03,", "v", REG_BINARY, "\x01\x02\x1F\x0F\x03"},
+      {"\"v\"=hex:1,\\\n\n\"w\"=\"y\"", "v", REG_BINARY, "\x01"},
   };
   for (const auto& [line, name, type, bytes] : cases) {
     SCOPED_TRACE(line);
@@ -178,6 +207,24 @@ TEST_F(HiveTest, ReadsWhatOthersMayHaveWritten) {
     EXPECT_EQ(seenType, type);
     EXPECT_TRUE(posix::HiveProblems().empty());
   }
+  Replace(UserHive(), kHeader +
+                          "[K\\\\\xC3\xA4\\\\\\\\L\\\\] "
+                          "x\n\"\xC3\x84\"=\"1\"\n\"\xE2\x84\xAA\"=\"2\"\n\"k\"=\"3\"");
+  EXPECT_EQ(Get("k\\\u00C4\\l", "\u00E4"), "1\0"s);
+  EXPECT_EQ(Get("k\\\u00C4\\l", "K"), "3\0"s);
+}
+
+TEST_F(HiveTest, ReadsUtf8AsWineDoes) {
+  const struct {
+    std::string_view source;
+    std::u16string text;
+  } cases[] = {
+      {"\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", u"\u00E4\u20AC\U0001F600"},
+      {"a\xE4z\xE2\x82\\\\\\\xC3\xA4", u"az\\\u00E4"},
+      {"\xC0\x80\xE0\x80\x80\xF4\x90\x80\x80\xF5z\\\xFF", u"z"},
+      {"\xED\xA0\x80z\xED\xB0\x80", {0xD800, u'z', 0xDC00}},
+  };
+  for (const auto& [source, text] : cases) EXPECT_EQ(posix::DecodeText(source), text) << source;
 }
 
 TEST_F(HiveTest, HostileValuesSurviveTheFile) {
@@ -192,9 +239,8 @@ TEST_F(HiveTest, HostileValuesSurviveTheFile) {
   number = 0;
   for (const std::string& name : HostileNames())
     for (const HostileData& data : HostileDataTable()) {
-      DWORD type = 0;
-      EXPECT_EQ(Get("K" + std::to_string(++number), name, &type), data.bytes) << data.what;
-      EXPECT_EQ(type, data.type);
+      EXPECT_EQ(GetBytes("K" + std::to_string(++number), name), std::pair(data.type, data.bytes))
+          << data.what;
     }
 }
 
@@ -210,7 +256,7 @@ TEST_F(HiveTest, DamagedFilesAreReadAndNeverWritten) {
       {"REGEDIT4\n" + good, "line 1", false},
       {"WINE REGISTRY Version 3\n" + good, "line 1", false},
       {"\177ELF\0\0\1\2\n"s + good, "line 1", false},
-      {kHeader + good + "\"w\"=\"abc", "line 8: the file is cut", true},
+      {kHeader + good + "\"w\"=\"abc", "line 8: it ends in the middle of a text", true},
       {kHeader + good + "\"w\"=\"abc\n", "line 8: it ends in the middle of a text", true},
       {kHeader + good + "\"w\"=\"abc\\\n", "line 8: it ends in the middle of an escape", true},
       {kHeader + good + "\"w\"=hex:01,\\\n", "line 8: the file is cut", true},
@@ -218,9 +264,8 @@ TEST_F(HiveTest, DamagedFilesAreReadAndNeverWritten) {
       {kHeader + "\"v\"=\"y\"\n" + good, "line 5: the value belongs to no key", true},
   };
   for (const char* line :
-       {"\"w", "\"w\"", "\"w\"=", "\"w\"=str(1):\"x\"", "\"w\"=\"x\" y", "\"w\"=hex:01,zz",
-        "\"w\"=hex:012", "\"w\"=hex(123456789):01", "\"w\"=dword:", "\"w\"=dword:123456789", "[L",
-        "[L\\\\\\\\M] 1", "[L] x\n\"in\"=\"L\"", "rubbish"})
+       {"\"w", "\"w\"", "\"w\"=", "\"w\"=str(1):\"x\"", "\"w\"=qword:1", "\"w\"=hex:01,zz",
+        "\"w\"=hex:0123", "\"w\"=hex:01 ; c", "\"w\"=hex(zz):01", "[L", "rubbish"})
     cases.push_back({kHeader + good + line + "\n", "line 8", true});
   for (const auto& [bytes, problem, isRead] : cases) {
     SCOPED_TRACE(bytes);
@@ -263,9 +308,9 @@ TEST_F(HiveTest, MachineHiveIsOnlyRead) {
   Write(Prefix() / "system.reg", kHeader + "\n[Software\\\\K] 1\n\"v\"=\"x\"\n");
   HKEY key = nullptr;
   for (const REGSAM rights : {KEY_SET_VALUE, KEY_CREATE_SUB_KEY, REGSAM{0x3F}})
-    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "Software\\K", 0, rights, &key),
+    EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, W("Software\\K"), 0, rights, &key),
               ERROR_ACCESS_DENIED);
-  EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, "Software\\N", 0, nullptr, 0, KEY_QUERY_VALUE,
+  EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, W("Software\\N"), 0, nullptr, 0, KEY_QUERY_VALUE,
                             nullptr, &key, nullptr),
             ERROR_ACCESS_DENIED);
   EXPECT_EQ(Get("software\\k", "V", nullptr, HKEY_LOCAL_MACHINE), "x\0"s);

@@ -12,8 +12,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/posix/prefix.h"
-#include "platform/posix/write_back.h"
+#include "platform/posix/disk/write_back.h"
+#include "platform/posix/prefix/prefix.h"
 #include "platform/winapi.h"
 #include "support/scratch_world.h"
 
@@ -58,41 +58,51 @@ class HiveWorld : public ScratchWorld {
   }
 
   static LSTATUS Set(const std::string& path, const std::string& name, const std::string& text) {
-    return SetBytes(path, name, REG_SZ, text + '\0');
+    return SetBytes(path, name, REG_SZ, StoredData(REG_SZ, text + '\0'));
   }
   static LSTATUS SetBytes(const std::string& path, const std::string& name, DWORD type,
                           std::string_view bytes) {
     HKEY key = nullptr;
-    LSTATUS status = RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, 0x3F, nullptr,
-                                     &key, nullptr);
+    LSTATUS status =
+        RegCreateKeyExW(HKEY_CURRENT_USER, W(path), 0, nullptr, 0, 0x3F, nullptr, &key, nullptr);
     if (status != ERROR_SUCCESS) return status;
-    status = RegSetValueExA(key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+    status = RegSetValueExW(key, W(name), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
                             static_cast<DWORD>(bytes.size()));
     RegCloseKey(key);
     return status;
   }
   static LSTATUS Delete(const std::string& path, const std::string& name) {
     HKEY key = nullptr;
-    LSTATUS status = RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, 0x3F, &key);
+    LSTATUS status = RegOpenKeyExW(HKEY_CURRENT_USER, W(path), 0, 0x3F, &key);
     if (status != ERROR_SUCCESS) return status;
-    status = RegDeleteValueA(key, name.c_str());
+    status = RegDeleteValueW(key, W(name));
     RegCloseKey(key);
     return status;
   }
-  /// The bytes of a value; nothing where it can't be read.
-  static std::optional<std::string> Get(const std::string& path, const std::string& name,
-                                        DWORD* type = nullptr, HKEY root = HKEY_CURRENT_USER) {
+  /// Type and bytes of a value; nothing where it can't be read.
+  static std::optional<std::pair<DWORD, std::string>> GetBytes(const std::string& path,
+                                                               const std::string& name,
+                                                               HKEY root = HKEY_CURRENT_USER) {
     HKEY key = nullptr;
-    if (RegOpenKeyExA(root, path.c_str(), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
+    if (RegOpenKeyExW(root, W(path), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
       return std::nullopt;
-    std::string bytes(1 << 16, '\0');
+    DWORD type = 0;
+    std::string bytes(1 << 17, '\0');
     auto size = static_cast<DWORD>(bytes.size());
-    const LSTATUS status = RegQueryValueExA(key, name.c_str(), nullptr, type,
+    const LSTATUS status = RegQueryValueExW(key, W(name), nullptr, &type,
                                             reinterpret_cast<BYTE*>(bytes.data()), &size);
     RegCloseKey(key);
     if (status != ERROR_SUCCESS) return std::nullopt;
     bytes.resize(size);
-    return bytes;
+    return std::pair(type, bytes);
+  }
+  /// A value's data, its text in UTF-8.
+  static std::optional<std::string> Get(const std::string& path, const std::string& name,
+                                        DWORD* type = nullptr, HKEY root = HKEY_CURRENT_USER) {
+    const auto value = GetBytes(path, name, root);
+    if (!value) return std::nullopt;
+    if (type != nullptr) *type = value->first;
+    return ShownData(value->first, value->second);
   }
   static void Save() {
     for (const auto& failure : posix::WriteBackChanges())

@@ -2,34 +2,34 @@
 // all, shared, at a flat cost.
 #include <sys/stat.h>
 
-#include <array>
 #include <chrono>
 #include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/posix/write_back.h"
+#include "platform/posix/disk/write_back.h"
 #include "platform/winapi.h"
 #include "support/scratch_world.h"
 
 namespace torvane::testing {
 namespace {
 
+using namespace std::string_literals;
 using posix::WriteBackChanges;
 
 class ProfileFileTest : public ScratchWorld {
  protected:
   static std::string Value(const std::string& path, const char* section, const char* key) {
-    std::array<char, 256> buffer{};
-    const DWORD count = GetPrivateProfileStringA(section, key, "", buffer.data(),
-                                                 static_cast<DWORD>(buffer.size()), path.c_str());
-    return {buffer.data(), count};
+    Text buffer(256, u'\0');
+    const DWORD count =
+        GetPrivateProfileStringW(W(section), W(key), W(""), WideBuffer(buffer), 256, W(path));
+    return Utf8(TextView(buffer).substr(0, count));
   }
 
   static BOOL Write(const std::string& path, const char* section, const char* key,
                     const char* value) {
-    return WritePrivateProfileStringA(section, key, value, path.c_str());
+    return WritePrivateProfileStringW(W(section), W(key), W(value), W(path));
   }
 
   void Overwrite(const std::string& path, std::string_view bytes) const {
@@ -66,12 +66,15 @@ TEST_F(ProfileFileTest, WritingTouchesOnlyItsOwnLines) {
       {"[a]\rx=1\r", "a", "y", "2", "[a]\rx=1\ry=2\r"},
       {"[a]", "a", "y", "2", "[a]\r\ny=2\r\n"},
       {"[a]\nx=1\n\ny=2\n\n[b]\n", "a", "y", nullptr, "[a]\nx=1\n\n\n[b]\n"},
-      {"\xEF\xBB\xBF[a]\r\nx=1\r\n[b]\r\n", "a", "x", "2",
-       "\xEF\xBB\xBF[a]\r\nx=1\r\n[b]\r\n[a]\r\nx=2\r\n"},
-      {std::string("[a]\n\x81\xFF\x90=\x8D\nz\0=1\nx=1\n", 19), "a", "x", "2\xE4",
+      {"\xEF\xBB\xBF[a]\r\nx=1\r\n[b]\r\n", "a", "x", "2", "\xEF\xBB\xBF[a]\r\nx=2\r\n[b]\r\n"},
+      {"\xEF\xBB\xBF[a]\nx=\xFF\ny", "a", "z", "\u00E4",
+       "\xEF\xBB\xBF[a]\nx=\xFF\ny\nz=\xC3\xA4\n"},
+      {"\xFE\xFF\0[\0a\0]\0\n\x0Ax\0=\0\n\0x\0=\0 \x04\x16\0\n\0"s, "a", "x", "\u00E4",
+       "\xFE\xFF\0[\0a\0]\0\n\x0Ax\0=\0\n\0x\0=\0 \0\xE4\0\n\0"s},
+      {std::string("[a]\n\x81\xFF\x90=\x8D\nz\0=1\nx=1\n", 19), "a", "x", "2\u00E4",
        std::string("[a]\n\x81\xFF\x90=\x8D\nz\0=1\nx=2\xE4\n", 20)},
-      {utf16(u"[a]\r\nx = \u0416\r\n\u3042=1\r\n"), "a", "x", "\xE4",
-       utf16(u"[a]\r\nx = \u00E4\r\n\u3042=1\r\n")},
+      {utf16(u"[a]\r\nx = \u0416\r\n\u3042=1\r\n"), "a", "x", "\u00E4\u65E5",
+       utf16(u"[a]\r\nx = \u00E4\u65E5\r\n\u3042=1\r\n")},
       {utf16(u"[a]\nx=1"), "a", "y", "2", utf16(u"[a]\nx=1\ny=2\n")},
       {utf16(u"[a]\nx") + "y", "b", "y", "2", utf16(u"[a]\nx\n[b]\ny=2\n")},
   };
@@ -84,6 +87,19 @@ TEST_F(ProfileFileTest, WritingTouchesOnlyItsOwnLines) {
     EXPECT_TRUE(WriteBackChanges().empty());
     EXPECT_EQ(FileBytes(path), row.after);
   }
+}
+
+TEST_F(ProfileFileTest, WhatThePageCannotHoldIsRefused) {
+  const std::string bytes = "[a]\nx=1\n";
+  const std::string path = MakeFile("page.ini", bytes);
+  const std::u16string wide(path.begin(), path.end());
+  for (const auto& [section, key, value] :
+       {std::array{u"a", u"x", u"\u0416"}, {u"a", u"\u0416", u"1"}, {u"\u0416", u"x", u"1"}}) {
+    EXPECT_EQ(WritePrivateProfileStringW(section, key, value, wide.c_str()), FALSE);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_NO_UNICODE_TRANSLATION));
+  }
+  EXPECT_TRUE(WriteBackChanges().empty());
+  EXPECT_EQ(FileBytes(path), bytes);
 }
 
 TEST_F(ProfileFileTest, ChangesThatChangeNothingLeaveTheFileAlone) {
@@ -105,11 +121,12 @@ TEST_F(ProfileFileTest, OthersChangesAreKept) {
   EXPECT_EQ(Write(path, "a", "x", "mine"), TRUE);
   EXPECT_EQ(Write(path, "a", "y", nullptr), TRUE);
   Overwrite(path, "[b]\nz=theirs\nw=theirs\n[a]\nx=1\ny=1\nq=1\n");
-  EXPECT_EQ(Value(path, "b", "w"), "theirs");
+  EXPECT_EQ(Value(path, "b", "w"), "") << "a command works on one state of the file";
   EXPECT_EQ(Value(path, "a", "x"), "mine");
   Overwrite(path, "[b]\nz=later!\nw=theirs\n[a]\nx=1\ny=1\nq=1\n");
   EXPECT_TRUE(WriteBackChanges().empty());
   EXPECT_EQ(FileBytes(path), "[b]\nz=later!\nw=theirs\n[a]\nx=mine\nq=1\n");
+  EXPECT_EQ(Value(path, "b", "w"), "theirs");
 }
 
 TEST_F(ProfileFileTest, AFileThatMayNotBeWrittenKeepsNothing) {

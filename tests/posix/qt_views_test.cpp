@@ -8,6 +8,7 @@
 #include <QEventLoop>
 #include <QHeaderView>
 #include <QImage>
+#include <QLabel>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -19,21 +20,24 @@
 #include <QWindow>
 #include <csignal>
 
-#include "platform/posix/write_back.h"
+#include "platform/posix/disk/write_back.h"
 #include "support/printing.h"
 #include "support/recording_toolkit.h"
+#include "support/room.h"
 #include "support/scratch_world.h"
 #include "support/started_toolkit.h"
 #include "windows/controls/form.h"
 #include "windows/controls/list.h"
 #include "windows/controls/picture_box.h"
 #include "windows/controls/tree.h"
-#include "windows/qt/qt_write_back.h"
+#include "windows/frmSplash.h"
+#include "windows/qt/write_back.h"
 
 namespace torvane {
 namespace {
 
 using testing::RecordingToolkit;
+using testing::Utf8;
 
 constexpr UINT kReflectedNotify = 0x2000 + WM_NOTIFY;
 
@@ -77,7 +81,7 @@ class QtViewsTest : public testing::ScratchWorld {
     form_.Show();
     CurrentToolkit().DoEvents();
     if (rows == 0) return;
-    SendMessageA(ListWindow(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
+    SendMessageW(ListWindow(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
                  LVS_EX_FULLROWSELECT);
     form_.list.ColumnHeaders().Add(u"Name");
     form_.list.ColumnHeaders().Add(u"Path");
@@ -85,7 +89,7 @@ class QtViewsTest : public testing::ScratchWorld {
       form_.list.ListItems().Add(Decimal(row)).SubItems(1, u"C:\\folder");
     }
     for (WPARAM column = 0; column < 2; ++column) {
-      SendMessageA(ListWindow(), LVM_SETCOLUMNWIDTH, column, LVSCW_AUTOSIZE_USEHEADER);
+      SendMessageW(ListWindow(), LVM_SETCOLUMNWIDTH, column, LVSCW_AUTOSIZE_USEHEADER);
     }
     CurrentToolkit().DoEvents();
   }
@@ -138,7 +142,7 @@ TEST_F(QtViewsTest, NodesAreChosenByLeftClickAndKeysOnly) {
   form_.tree.Nodes().Add(&first, NodeRelationship::Child, u"Child", 0);
   form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Second", 0);
   std::string told;
-  form_.tree.NodeClick = [&](Node& node) { told += ToAnsi(node.Text()) + " "; };
+  form_.tree.NodeClick = [&](Node& node) { told += Utf8(node.Text()) + " "; };
   form_.tree.Expand = [&](Node&) { told += "+ "; };
   form_.tree.Collapse = [&](Node&) { told += "- "; };
   Show();
@@ -174,34 +178,43 @@ TEST_F(QtViewsTest, NodesAreChosenByLeftClickAndKeysOnly) {
   expect("choosing by the program", "", u"First");
 }
 
-TEST_F(QtViewsTest, NodeClickedWhileAnotherIsAnsweredStaysUnchosen) {
-  form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"First", 0);
+TEST_F(QtViewsTest, EverySelectionIsToldWhoeverMakesIt) {
+  Node& first = form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"First", 0);
+  form_.tree.Nodes().Add(&first, NodeRelationship::Child, u"Child", 0);
   form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Second", 0);
-  int clicks = 0;
+  std::string told;
   Show();
-  form_.tree.NodeClick = [&](Node&) {
-    ++clicks;
-    Press(TreeWindow(), Qt::Key_Down);
+  QTreeWidget& tree = TreeWindow();
+  form_.tree.NodeClick = [&](Node& node) {
+    told += Utf8(node.Text()) + " ";
+    if (&node == &first) Press(tree, Qt::Key_Down);
   };
-  Click(*TreeWindow().viewport(),
-        TreeWindow().visualItemRect(TreeWindow().topLevelItem(0)).center());
-  EXPECT_EQ(clicks, 1);
-  EXPECT_EQ(form_.tree.SelectedItem()->Text(), u"First");
+  Click(*tree.viewport(), tree.visualItemRect(tree.topLevelItem(0)).center());
+  EXPECT_EQ(told, "First Second ") << "a key while the click is answered";
+  // What a screen reader does.
+  tree.selectionModel()->select(tree.model()->index(0, 0, tree.model()->index(0, 0)),
+                                QItemSelectionModel::ClearAndSelect);
+  CurrentToolkit().DoEvents();
+  EXPECT_EQ(told, "First Second Child ");
+  first.Expanded(true);
+  form_.tree.NodeClick = [&](Node& node) { told += Utf8(node.Text()) + "! "; };
+  first.Expanded(false);
+  CurrentToolkit().DoEvents();
+  EXPECT_EQ(told, "First Second Child First! ") << "the branch closes over the choice";
 }
 
-/// Counts the right-clicks that reach the list's window, and where the mouse was then.
+/// Counts the right-clicks that reach the list's window, and what they fell on.
 struct RightClicks {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == kReflectedNotify && reinterpret_cast<NMHDR*>(lParam)->code == NM_RCLICK) {
       LVHITTESTINFO hit{};
-      GetCursorPos(&hit.pt);
-      ScreenToClient(window, &hit.pt);
-      SendMessageA(window, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+      hit.pt = reinterpret_cast<NMITEMACTIVATE*>(lParam)->ptAction;
+      SendMessageW(window, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
       hitRow = hit.iItem;
       ++count;
       return 1;
     }
-    return CallWindowProcA(old, window, message, wParam, lParam);
+    return CallWindowProcW(old, window, message, wParam, lParam);
   }
   static inline WNDPROC old = nullptr;
   static inline int count = 0;
@@ -211,7 +224,7 @@ struct RightClicks {
 TEST_F(QtViewsTest, RightClickSelectsAsTheNativeListDoesAndIsTold) {
   Show(6);
   RightClicks::count = 0;
-  RightClicks::old = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(
+  RightClicks::old = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(
       ListWindow(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&RightClicks::Procedure)));
   QWidget& view = *Rows().viewport();
   const QPoint beside(20, view.height() - 5);
@@ -234,7 +247,7 @@ TEST_F(QtViewsTest, RightClickSelectsAsTheNativeListDoesAndIsTold) {
     Click(view, step.place, step.button, step.keys);
     EXPECT_EQ(SelectedRows(), step.selected) << step.what;
     EXPECT_EQ(RightClicks::count, step.rightClicks) << step.what;
-    EXPECT_EQ(SendMessageA(ListWindow(), LVM_GETSELECTEDCOUNT, 0, 0),
+    EXPECT_EQ(SendMessageW(ListWindow(), LVM_GETSELECTEDCOUNT, 0, 0),
               std::string(step.selected).size() / 2)
         << step.what;
   }
@@ -252,7 +265,7 @@ TEST_F(QtViewsTest, HitTestTellsRowsFromTheRoomBesideThem) {
     LVHITTESTINFO info{};
     const QPoint place = Rows().viewport()->mapTo(&Rows(), inView);
     info.pt = {place.x(), place.y()};
-    SendMessageA(ListWindow(), LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&info));
+    SendMessageW(ListWindow(), LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&info));
     return std::pair(info.iItem, info.flags);
   };
   const UINT nowhere = 1;
@@ -260,19 +273,19 @@ TEST_F(QtViewsTest, HitTestTellsRowsFromTheRoomBesideThem) {
   EXPECT_EQ(hit({Rows().viewport()->width() - 2, RowPlace(3).y()}), std::pair(2, LVHT_ONITEMLABEL));
   EXPECT_EQ(hit({5, Rows().viewport()->height() - 2}), std::pair(-1, nowhere));
   EXPECT_EQ(hit({5, -5}), std::pair(-1, nowhere)) << "the heading";
-  SendMessageA(ListWindow(), LVM_SETIMAGELIST, LVSIL_SMALL, 1);
+  SendMessageW(ListWindow(), LVM_SETIMAGELIST, LVSIL_SMALL, 1);
   EXPECT_EQ(hit({5, RowPlace(1).y()}), std::pair(0, LVHT_ONITEMICON));
-  SendMessageA(ListWindow(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, 0);
+  SendMessageW(ListWindow(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, 0);
   EXPECT_EQ(hit(RowPlace(2)), std::pair(-1, nowhere)) << "only the first column";
 }
 
 TEST_F(QtViewsTest, RemovalLeavesTheOthersAsTheyWere) {
   Show(1000);
-  SendMessageA(ListWindow(), LVM_SETIMAGELIST, LVSIL_SMALL, 1);
-  LVITEMA item{};
+  SendMessageW(ListWindow(), LVM_SETIMAGELIST, LVSIL_SMALL, 1);
+  LVITEMW item{};
   item.mask = LVIF_IMAGE;
   item.iItem = 500;  // row 501
-  EXPECT_EQ(SendMessageA(ListWindow(), LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item)), TRUE);
+  EXPECT_EQ(SendMessageW(ListWindow(), LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item)), TRUE);
   for (const int row : {3, 501, 700}) form_.list.ListItems()(row).Selected(true);
   CurrentToolkit().DoEvents();
   const auto decorated = [](int row) {
@@ -289,7 +302,7 @@ TEST_F(QtViewsTest, RemovalLeavesTheOthersAsTheyWere) {
   EXPECT_EQ(topText(), "401");
   EXPECT_EQ(SelectedRows(), "2 251 ");
   EXPECT_TRUE(Rows().selectionModel()->isRowSelected(250));
-  EXPECT_EQ(SendMessageA(ListWindow(), LVM_GETSELECTEDCOUNT, 0, 0), 2);
+  EXPECT_EQ(SendMessageW(ListWindow(), LVM_GETSELECTEDCOUNT, 0, 0), 2);
   EXPECT_TRUE(decorated(251));
   EXPECT_FALSE(decorated(501));
   EXPECT_EQ(Rows().model()->rowCount(), 500);
@@ -438,7 +451,7 @@ TEST_F(QtViewsTest, FailedWriteIsToldOnceAnOrderAndTriedAgain) {
     writeBack.idle();
     QCoreApplication::processEvents();
   };
-  const auto command = [] { RunCommand([] {}); };
+  const auto command = [&writeBack] { writeBack.run([] {}); };
   const struct {
     const char* what;
     bool runs;
@@ -470,6 +483,7 @@ TEST_F(QtViewsTest, FailedWriteIsToldOnceAnOrderAndTriedAgain) {
 }
 
 TEST_F(QtViewsTest, TheBoxOfAFailedWriteTellsWhatStands) {
+  Show();
   FullDisk file;
   posix::MarkChanged(file);
   QTimer user;
@@ -488,7 +502,7 @@ TEST_F(QtViewsTest, TheBoxOfAFailedWriteTellsWhatStands) {
   patience.start(20'000);
   const auto afterCommand = [&] {
     told.clear();
-    RunCommand([] {});
+    Find<QPushButton>("Ok").click();
     loop.exec();
     return told;
   };
@@ -500,6 +514,41 @@ TEST_F(QtViewsTest, TheBoxOfAFailedWriteTellsWhatStands) {
   const QString slipped = afterCommand();
   EXPECT_TRUE(slipped.contains("is written, but not for certain: Input/output error\n\n"));
   EXPECT_TRUE(slipped.contains("has the changes"));
+}
+
+TEST_F(QtViewsTest, TextsHaveTheirRoomInAnyFontOfTheDesktop) {
+  class BarForm : public Form {
+   public:
+    BarForm() : Form(BorderStyle::Sizable) { DesignWidth = 500; }
+    StatusBar bar{*this, u"Status bar", {0, 80, 80}};
+  };
+  const QFont usual = QApplication::font();
+  frmSplash about(BorderStyle::Dialog);
+  about.picProgress.Visible(false);
+  about.Load();
+  BarForm form;
+  form.Show();
+  form.bar.Panels(1).Text(Text(200, u'x'));
+  form.bar.Panels(2).Text(u"Total: 9");
+  form.bar.Panels(3).Text(u"Missing: 1000000");
+  for (const double points : {8.0, 11.0, 16.0, 9.0}) {
+    SCOPED_TRACE(points);
+    QFont font = usual;
+    font.setPointSizeF(points);
+    QApplication::setFont(font);
+    CurrentToolkit().DoEvents();
+    testing::ExpectRoomForTexts(about);
+    const auto panels = Find<QWidget>("Status bar").findChildren<QLabel*>();
+    ASSERT_EQ(panels.size(), 3);
+    EXPECT_LT(panels[0]->text().size(), 200);
+    EXPECT_GE(panels[1]->width(), 80);
+    EXPECT_EQ(panels[1]->text(), "Total: 9");
+    EXPECT_EQ(panels[2]->text(), "Missing: 1000000");
+    EXPECT_LE(panels[2]->geometry().right(), form.ScaleWidth());
+  }
+  QApplication::setFont(usual);
+  form.Unload();
+  about.Unload();
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ TEST_F(ReadOnlyPrefixTest, OpensShowsAndClosesAndTellsOfItsSettings) {
   AllowWriting(false);
   testing::RecordingToolkit toolkit;
   ExtractResources();
-  frmMain& form = MainWindow();
+  frmMain& form = MakeMainWindow({});
   form.Load();
   EXPECT_EQ(toolkit.errors.size(), 1U);
   EXPECT_EQ(form.tvwMRU.Nodes().Count(), 11 + 97);

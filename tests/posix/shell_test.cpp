@@ -2,7 +2,7 @@
 #include <string>
 
 #include "platform/posix/resources.h"
-#include "platform/posix/shell_icons.h"
+#include "platform/posix/shell/shell_icons.h"
 #include "platform/posix/window.h"
 #include "platform/winapi.h"
 #include "support/picture_sizes.h"
@@ -21,9 +21,9 @@ class ShellTest : public ScratchWorld {
  protected:
   /// The icon's number, or -1 with the record untouched where the call finds nothing.
   static int Number(const std::string& path, UINT flags) {
-    SHFILEINFOA info{};
+    SHFILEINFOW info{};
     info.iIcon = -1;
-    const DWORD_PTR list = SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, flags);
+    const DWORD_PTR list = SHGetFileInfoW(W(path), 0, &info, sizeof info, flags);
     EXPECT_EQ(list != 0, info.iIcon != -1);
     return info.iIcon;
   }
@@ -88,25 +88,25 @@ TEST(Windows, KeepNothingBehindTheirEnd) {
   FixedHost host;
   POINT point{15, 25};
   const HWND window = posix::RegisterWindow(Echo, WS_BORDER, 0, host);
-  EXPECT_EQ(SendMessageA(window, 40, 2, 0), 42);
-  EXPECT_EQ(SetWindowLongPtrA(window, GWL_STYLE, 0x40), WS_BORDER);
-  EXPECT_EQ(GetWindowLongPtrA(window, GWL_STYLE), 0x40);
-  EXPECT_EQ(SetPropA(window, "Old", &host), TRUE);
-  EXPECT_EQ(GetPropA(window, "OLD"), &host);
+  EXPECT_EQ(SendMessageW(window, 40, 2, 0), 42);
+  EXPECT_EQ(SetWindowLongPtrW(window, GWL_STYLE, 0x40), WS_BORDER);
+  EXPECT_EQ(GetWindowLongPtrW(window, GWL_STYLE), 0x40);
+  EXPECT_EQ(SetPropW(window, W("Old"), &host), TRUE);
+  EXPECT_EQ(GetPropW(window, W("OLD")), &host);
   EXPECT_EQ(ScreenToClient(window, &point), TRUE);
   EXPECT_EQ(point.x, 5);
 
   posix::DestroyRegisteredWindow(window);
-  EXPECT_EQ(SendMessageA(window, 40, 2, 0), 0);
-  EXPECT_EQ(GetPropA(window, "old"), nullptr);
-  EXPECT_EQ(SetPropA(window, "old", &host), FALSE);
-  EXPECT_EQ(SetWindowLongPtrA(window, GWL_STYLE, 0), 0);
+  EXPECT_EQ(SendMessageW(window, 40, 2, 0), 0);
+  EXPECT_EQ(GetPropW(window, W("old")), nullptr);
+  EXPECT_EQ(SetPropW(window, W("old"), &host), FALSE);
+  EXPECT_EQ(SetWindowLongPtrW(window, GWL_STYLE, 0), 0);
   EXPECT_EQ(ScreenToClient(window, &point), FALSE);
 }
 
 TEST(Icons, HoldTheSizesThatTheViewsShow) {
-  EXPECT_EQ(PictureSizes(IconResource(101)), (std::vector<int>{16, 32, 48, 64, 256}));
-  EXPECT_EQ(PictureSizes(IconResource(104)), (std::vector<int>{16, 32, 48}));
+  EXPECT_EQ(PictureSizes(IconResource(101)), kIconSizes);
+  EXPECT_EQ(PictureSizes(IconResource(104)), kIconSizes);
   EXPECT_EQ(PictureSizes(CursorResource(101)), (std::vector<int>{32}));
   EXPECT_THROW(IconResource(105), std::runtime_error);
   EXPECT_THROW(CursorResource(104), std::runtime_error);

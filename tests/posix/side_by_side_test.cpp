@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/registry/registry.h"
 #include "posix/hive_world.h"
 
 namespace torvane::testing {
@@ -96,8 +98,7 @@ TEST_F(SideBySideTest, FourProcessesAndWineLoseNoChangeOfAHive) {
 TEST_F(SideBySideTest, FourProcessesAndARewriterLoseNoChangeOfAProfileFile) {
   const std::string path = MakeFile("shared.ini", "; kept\r\n[Foreign]\r\n");
   const auto set = [&path](const std::string& process, int n) {
-    return WritePrivateProfileStringA(process.c_str(), std::to_string(n).c_str(), "x",
-                                      path.c_str()) == TRUE;
+    return WritePrivateProfileStringW(W(process), W(std::to_string(n)), W("x"), W(path)) == TRUE;
   };
   // A program that replaces the whole file, and like us has its folder locked as it does so.
   RunSideBySide(set, [file = Host(path)](int n) {
@@ -109,10 +110,10 @@ TEST_F(SideBySideTest, FourProcessesAndARewriterLoseNoChangeOfAProfileFile) {
     Replace(file, bytes);
     return close(folder) == 0;
   });
-  std::string value(8, '\0');
+  Text value(8, u'\0');
   const auto isThere = [&](const std::string& section, int n) {
-    return GetPrivateProfileStringA(section.c_str(), std::to_string(n).c_str(), "", value.data(), 8,
-                                    path.c_str()) == 1;
+    return GetPrivateProfileStringW(W(section), W(std::to_string(n)), W(""), WideBuffer(value), 8,
+                                    W(path)) == 1;
   };
   for (int process = 0; process < kProcesses; ++process)
     for (int n = 0; n < kCommands; ++n) EXPECT_TRUE(isThere(Name(process), n)) << process << n;

@@ -29,7 +29,7 @@ class ListWorld : public ScratchWorld {
 
   /// The row of the list under kListKey.
   static MruEntry ListEntry(const std::string& listType) {
-    return EntryFromRow(FromAnsi("Test,TorvaneTest\\List," + listType + ",*,File,1,MRUCount,S,*"));
+    return EntryFromRow(Utf16("Test,TorvaneTest\\List," + listType + ",*,File,1,MRUCount,S,*"));
   }
   using Reader = void (*)(const MruEntry&, List&);
   void Fill(Reader reader, const std::string& listType) { FillEntry(reader, ListEntry(listType)); }
@@ -42,9 +42,9 @@ class ListWorld : public ScratchWorld {
     std::vector<Shown> rows;
     for (int n = 1; n <= list_.ListItems().Count(); ++n) {
       const ListItem& item = list_.ListItems()(n);
-      Shown row{ToAnsi(item.Tag().substr(0, 4)), ToAnsi(item.Text())};
+      Shown row{Utf8(item.Tag().substr(0, 4)), Utf8(item.Text())};
       for (int column = 1; column < list_.ColumnHeaders().Count(); ++column) {
-        row.push_back(ToAnsi(item.SubItems(column)));
+        row.push_back(Utf8(item.SubItems(column)));
       }
       rows.push_back(row);
     }

@@ -7,6 +7,10 @@
 
 namespace torvane {
 
+/// The widths of the pictures in each of the program's icons: what lists, title bars and tasks take
+/// at the common scales.
+inline const std::vector<int> kIconSizes{16, 20, 24, 32, 40, 48, 64, 256};
+
 /// The widths in pixels of the square pictures in the file, in its order; empty if a picture isn't
 /// square or lies outside the file.
 inline std::vector<int> PictureSizes(std::span<const std::byte> file) {

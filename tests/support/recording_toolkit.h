@@ -3,6 +3,8 @@
 #pragma once
 
 #include <deque>
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "windows/controls/toolkit.h"
@@ -33,20 +35,30 @@ class RecordingToolkit : public Toolkit {
   std::vector<Text> errors;
   std::vector<Text> folderTitles;
   std::vector<ShownPopup> popups;
+  std::vector<POINT> popupPlaces;
+  Text clipboard;
   /// What the next folder dialogues answer; cancel when used up.
   std::deque<Text> folders;
+  /// What the next DoEvents lets run.
+  std::function<void()> events;
 
   bool Start() override { return true; }
   void MakeViews(Form& /*form*/) override {}
   void DropViews(Form& /*form*/) override {}
-  void Run() override {}
-  void DoEvents() override {}
+  bool Run() override { return false; }
+  void DoEvents() override {
+    if (events) std::exchange(events, nullptr)();
+  }
+  void WhenIdle(std::function<void()> work) override { work(); }
+  Text WorldName() const override { return {}; }
   int ShowMessage(const Text& text, UINT style, const Text& title) override {
     messages.push_back({text, style, title});
     return IDOK;
   }
   void ReportError(const Text& description) override { errors.push_back(description); }
-  void ShowPopup(Form& /*owner*/, MenuItem& menu, const MenuItem* defaultItem) override {
+  void ShowPopup(Form& /*owner*/, MenuItem& menu, const MenuItem* defaultItem,
+                 POINT screen) override {
+    popupPlaces.push_back(screen);
     ShownPopup shown;
     for (const MenuItem& item : menu.Items()) {
       if (!item.Visible) continue;
@@ -55,6 +67,7 @@ class RecordingToolkit : public Toolkit {
     }
     popups.push_back(shown);
   }
+  void CopyText(const Text& text) override { clipboard = text; }
   Text BrowseFolder(Form& /*owner*/, const Text& title) override {
     folderTitles.push_back(title);
     if (folders.empty()) return {};
@@ -62,7 +75,7 @@ class RecordingToolkit : public Toolkit {
     folders.pop_front();
     return chosen;
   }
-  int TwipsPerPixel() const override { return 15; }
+  Scale ScreenScale() const override { return {}; }
 
  private:
   Toolkit* next_;

@@ -25,8 +25,7 @@ std::string ScratchWorld::MakeFolder(std::string_view relativePath) {
 std::filesystem::path ScratchWorld::Host(std::string_view windowsPath) const {
   std::string below(windowsPath.substr(std::min<std::size_t>(3, windowsPath.size())));
   std::replace(below.begin(), below.end(), '\\', '/');
-  const Text wide = FromAnsi(below);
-  return hostRoot_ / std::filesystem::path(wide);
+  return hostRoot_ / std::filesystem::path(Utf16(below));
 }
 
 std::string ScratchWorld::FileBytes(std::string_view windowsPath) const {
@@ -60,11 +59,12 @@ void ScratchWorld::MakeKey(const std::string& path, const std::vector<TextValue>
 void ScratchWorld::SetValue(const std::string& path, const std::string& name, unsigned type,
                             std::string_view bytes) {
   HKEY key = nullptr;
-  ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0,
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, W(path), 0, nullptr, 0,
                             KEY_SET_VALUE | KEY_QUERY_VALUE, nullptr, &key, nullptr),
             ERROR_SUCCESS);
-  EXPECT_EQ(RegSetValueExA(key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
-                           static_cast<DWORD>(bytes.size())),
+  const std::string data = StoredData(type, bytes);
+  EXPECT_EQ(RegSetValueExW(key, W(name), 0, type, reinterpret_cast<const BYTE*>(data.data()),
+                           static_cast<DWORD>(data.size())),
             ERROR_SUCCESS);
   RegCloseKey(key);
 }
@@ -72,19 +72,21 @@ void ScratchWorld::SetValue(const std::string& path, const std::string& name, un
 std::map<std::string, std::string> ScratchWorld::Values(const std::string& path) {
   std::map<std::string, std::string> values;
   HKEY key = nullptr;
-  if (RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) {
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, W(path), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) {
     return values;
   }
-  std::string name(16384, '\0');
+  Text name(16384, u'\0');
   std::string data(1 << 16, '\0');
   for (DWORD index = 0;; ++index) {
     auto nameSize = static_cast<DWORD>(name.size());
     auto dataSize = static_cast<DWORD>(data.size());
-    if (RegEnumValueA(key, index, name.data(), &nameSize, nullptr, nullptr,
+    DWORD type = 0;
+    if (RegEnumValueW(key, index, WideBuffer(name), &nameSize, nullptr, &type,
                       reinterpret_cast<BYTE*>(data.data()), &dataSize) != ERROR_SUCCESS) {
       break;
     }
-    values[name.substr(0, nameSize)] = data.substr(0, dataSize);
+    values[Utf8(TextView(name).substr(0, nameSize))] =
+        ShownData(type, std::string_view(data).substr(0, dataSize));
   }
   RegCloseKey(key);
   return values;

@@ -12,13 +12,14 @@
 #include <vector>
 
 #include "storage/text.h"
+#include "support/wide.h"
 
 namespace torvane::testing {
 
 /// A value as a test writes it down: name and text, stored as REG_SZ.
 using TextValue = std::pair<std::string, std::string>;
 
-/// The base of tests that need a registry or files. Text in bytes is in the ANSI code page.
+/// The base of tests that need a registry or files. Text in bytes is in UTF-8.
 class ScratchWorld : public ::testing::Test {
  protected:
   ScratchWorld();
@@ -49,6 +50,10 @@ class ScratchWorld : public ::testing::Test {
   static std::map<std::string, std::string> Texts(const std::string& path);
   /// As many entries in a store as a test has the time to write and to delete one by one.
   static const int kManyValues;
+  /// Whether what a section of an INI file gets back it has as the bytes that it had.
+  static const bool kGivesBackBytes;
+  /// As many generated lists as a test has the time for.
+  static const std::uint32_t kManyLists;
   /// Lets the platform write what it holds back.
   static void WriteBack();
 

@@ -7,8 +7,8 @@
 
 #include "windows/controls/list.h"
 #include "windows/controls/tree.h"
-#include "windows/win32/win32_drawing.h"
-#include "windows/win32/win32_toolkit.h"
+#include "windows/win32/drawing.h"
+#include "windows/win32/toolkit.h"
 
 namespace torvane {
 namespace {
@@ -89,18 +89,17 @@ class Win32ViewsTest : public ::testing::Test {
                  reinterpret_cast<LPARAM>(&item));
     return reinterpret_cast<const char16_t*>(item.pszText);
   }
-  int HitRow() {
+  int HitRow(POINT client) {
     LVHITTESTINFO hit{};
-    GetCursorPos(&hit.pt);
-    ScreenToClient(form_.list.hWnd(), &hit.pt);
+    hit.pt = client;
     return static_cast<int>(
         SendMessageW(form_.list.hWnd(), LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
   }
   int ShownImage(int row) {
-    LVITEMA item{};
+    LVITEMW item{};
     item.mask = LVIF_IMAGE;
     item.iItem = row;
-    SendMessageA(form_.list.hWnd(), LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    SendMessageW(form_.list.hWnd(), LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
     return item.iImage;
   }
 
@@ -111,31 +110,35 @@ class Win32ViewsTest : public ::testing::Test {
 WNDPROC listProcedure = nullptr;
 int reflected = 0;
 int rightClicks = 0;
+POINT clicked{};
 
 LRESULT CALLBACK AnsiProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == 0x2000 + WM_NOTIFY) {
     ++reflected;
-    rightClicks += reinterpret_cast<NMHDR*>(lParam)->code == static_cast<UINT>(NM_RCLICK) ? 1 : 0;
+    if (reinterpret_cast<NMHDR*>(lParam)->code == static_cast<UINT>(NM_RCLICK)) {
+      ++rightClicks;
+      clicked = reinterpret_cast<NMITEMACTIVATE*>(lParam)->ptAction;
+    }
   }
-  return CallWindowProcA(listProcedure, window, message, wParam, lParam);
+  return CallWindowProcW(listProcedure, window, message, wParam, lParam);
 }
 
 TEST_F(Win32ViewsTest, ListKeepsTextAndImagesUnderAnAnsiProcedure) {
   form_.Show();
   const HWND window = form_.list.hWnd();
   listProcedure = reinterpret_cast<WNDPROC>(
-      SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(AnsiProcedure)));
+      SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(AnsiProcedure)));
   form_.list.ColumnHeaders().Add(u"File");
   form_.list.ColumnHeaders().Add(u"Путь");
   const Text longText(32000, u'х');
   const Text cutText = longText.substr(0, 259) + u'…';
   for (int n = 0; n < 4; ++n) {
     form_.list.ListItems().Add(u"日本 " + Decimal(n)).SubItems(1, n == 3 ? longText : u"Ünïcödé");
-    LVITEMA item{};
+    LVITEMW item{};
     item.mask = LVIF_IMAGE;
     item.iItem = n;
     item.iImage = n * 10;
-    SendMessageA(window, LVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    SendMessageW(window, LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
   }
   toolkit_.DoEvents();
   EXPECT_EQ(ShownText(1, 0), u"日本 1");
@@ -145,23 +148,28 @@ TEST_F(Win32ViewsTest, ListKeepsTextAndImagesUnderAnAnsiProcedure) {
   PostMessageW(window, WM_CHAR, u'日', 1);
   toolkit_.DoEvents();
   EXPECT_NE(form_.list.SelectedItem(), nullptr) << "type-ahead";
+  POINT before{};
+  POINT after{};
+  GetCursorPos(&before);
   SendMessageW(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window), -1);
+  GetCursorPos(&after);
   EXPECT_EQ(rightClicks, 1) << "the menu key";
-  EXPECT_EQ(HitRow(), form_.list.SelectedItem()->Index() - 1);
+  EXPECT_EQ(HitRow(clicked), form_.list.SelectedItem()->Index() - 1);
+  EXPECT_TRUE(before.x == after.x && before.y == after.y) << "the mouse stays where it is";
 
   form_.list.ListItems()(3).Selected(true);
   EXPECT_GT(reflected, 0);
   form_.list.ListItems().RemoveWhere([](const ListItem& item) { return item.Index() % 2 != 0; });
-  ASSERT_EQ(SendMessageA(window, LVM_GETITEMCOUNT, 0, 0), 2);
+  ASSERT_EQ(SendMessageW(window, LVM_GETITEMCOUNT, 0, 0), 2);
   EXPECT_EQ(ShownText(0, 0), u"日本 1");
   EXPECT_EQ(ShownImage(0), 10);
   EXPECT_EQ(ShownText(1, 1), cutText);
   EXPECT_EQ(ShownImage(1), 30);
   EXPECT_FALSE(form_.list.ListItems()(1).Selected());
-  SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure));
+  SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure));
 }
 
-TEST_F(Win32ViewsTest, EveryClickAndArrowKeyInTheTreeChoosesANode) {
+TEST_F(Win32ViewsTest, EverySelectionInTheTreeIsToldWhoeverMakesIt) {
   for (int n = 0; n < 3; ++n) {
     form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"Node", 0);
   }
@@ -174,10 +182,16 @@ TEST_F(Win32ViewsTest, EveryClickAndArrowKeyInTheTreeChoosesANode) {
   Click(form_.tree.Nodes()(2));
   PostMessageW(form_.tree.hWnd(), WM_KEYDOWN, VK_DOWN, 0);
   toolkit_.DoEvents();
-  EXPECT_EQ(chosen, (std::vector<int>{2, 2, 3}));
+  SendMessageW(form_.tree.hWnd(), TVM_SELECTITEM, TVGN_CARET,
+               reinterpret_cast<LPARAM>(TreeView_GetRoot(form_.tree.hWnd())));
+  toolkit_.DoEvents();
+  EXPECT_EQ(chosen, (std::vector<int>{2, 2, 3, 1})) << "a screen reader is the last";
+  form_.tree.SelectedItem(form_.tree.Nodes()(2));
+  toolkit_.DoEvents();
+  EXPECT_EQ(chosen.size(), 4U);
   form_.tree.SelectedItem(form_.tree.Nodes()(1));
   toolkit_.DoEvents();
-  EXPECT_EQ(chosen.size(), 3U);
+  EXPECT_EQ(chosen.size(), 4U);
   EXPECT_EQ(form_.tree.SelectedItem()->Index(), 1);
 }
 
@@ -263,7 +277,8 @@ TEST_F(Win32ViewsTest, FrameKeepsThePressedMouseWhileItIsHidden) {
   SendMessageW(frame, WM_LBUTTONUP, 0, MAKELPARAM(-2, 3));
   EXPECT_EQ(GetCapture(), nullptr);
   toolkit_.DoEvents();
-  EXPECT_EQ(released, std::vector<float>{-2.0F * static_cast<float>(toolkit_.TwipsPerPixel())});
+  EXPECT_EQ(released,
+            std::vector<float>{-2.0F * static_cast<float>(form_.Scale().TwipsPerPixel())});
 
   SendMessageW(frame, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
   ReleaseCapture();

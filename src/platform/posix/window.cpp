@@ -18,7 +18,7 @@ constexpr DWORD kInvalidWindowHandle = 1400;
 constexpr std::uintptr_t kDesktopWindow = 2;
 
 struct Property {
-  std::string name;
+  std::u16string name;
   HANDLE value = nullptr;
 };
 
@@ -53,13 +53,15 @@ WindowRecord* Find(HWND window) {
 
 /// What the messages of every list window look up passes here, so it copies nothing. The names that
 /// programs give are ASCII.
-bool SameName(std::string_view left, std::string_view right) {
-  const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; };
+bool SameName(std::u16string_view left, std::u16string_view right) {
+  const auto fold = [](char16_t c) {
+    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
+  };
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char a, char b) { return fold(a) == fold(b); });
+                    [&](char16_t a, char16_t b) { return fold(a) == fold(b); });
 }
 
-std::vector<Property>::iterator FindProperty(WindowRecord& record, std::string_view name) {
+std::vector<Property>::iterator FindProperty(WindowRecord& record, std::u16string_view name) {
   return std::find_if(record.properties.begin(), record.properties.end(),
                       [&](const Property& property) { return SameName(property.name, name); });
 }
@@ -79,7 +81,7 @@ HWND RegisterWindow(WNDPROC procedure, LONG style, LONG extendedStyle, WindowHos
 }
 
 void DestroyRegisteredWindow(HWND window) {
-  SendMessageA(window, WM_DESTROY, 0, 0);
+  SendMessageW(window, WM_DESTROY, 0, 0);
   TheWorld().windows.erase(reinterpret_cast<std::uintptr_t>(window));
 }
 
@@ -91,7 +93,7 @@ void SetDesktop(DesktopHost* desktop) {
 
 using namespace torvane::posix;
 
-LONG_PTR GetWindowLongPtrA(HWND window, int index) {
+LONG_PTR GetWindowLongPtrW(HWND window, int index) {
   const WindowRecord* record = Find(window);
   if (record == nullptr) return 0;
   switch (index) {
@@ -107,7 +109,7 @@ LONG_PTR GetWindowLongPtrA(HWND window, int index) {
   }
 }
 
-LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
+LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value) {
   WindowRecord* record = Find(window);
   if (record == nullptr) return 0;
   switch (index) {
@@ -124,25 +126,25 @@ LONG_PTR SetWindowLongPtrA(HWND window, int index, LONG_PTR value) {
   }
 }
 
-LRESULT CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam,
+LRESULT CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPARAM wParam,
                         LPARAM lParam) {
   return procedure != nullptr ? procedure(window, message, wParam, lParam) : 0;
 }
 
-LRESULT SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const WindowRecord* record = Find(window);
   if (record == nullptr) return 0;
-  return CallWindowProcA(record->procedure, window, message, wParam, lParam);
+  return CallWindowProcW(record->procedure, window, message, wParam, lParam);
 }
 
-HANDLE GetPropA(HWND window, LPCSTR name) {
+HANDLE GetPropW(HWND window, LPCWSTR name) {
   WindowRecord* record = Find(window);
   if (record == nullptr) return nullptr;
   const auto property = FindProperty(*record, name);
   return property != record->properties.end() ? property->value : nullptr;
 }
 
-BOOL SetPropA(HWND window, LPCSTR name, HANDLE value) {
+BOOL SetPropW(HWND window, LPCWSTR name, HANDLE value) {
   WindowRecord* record = Find(window);
   if (record == nullptr) return FALSE;
   const auto property = FindProperty(*record, name);
@@ -154,7 +156,7 @@ BOOL SetPropA(HWND window, LPCSTR name, HANDLE value) {
   return TRUE;
 }
 
-HANDLE RemovePropA(HWND window, LPCSTR name) {
+HANDLE RemovePropW(HWND window, LPCWSTR name) {
   WindowRecord* record = Find(window);
   if (record == nullptr) return nullptr;
   const auto property = FindProperty(*record, name);

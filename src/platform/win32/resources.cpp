@@ -1,5 +1,6 @@
 // Resources on Windows: all of them lie in the executable, put there by resources/torvane.rc.
 #include "platform/extras.h"
+#include "platform/win32/system_library.h"
 #include "platform/winapi.h"
 
 #include <array>
@@ -26,25 +27,43 @@ std::u16string ToText(const wchar_t* text, std::size_t length) {
   return {text, text + length};
 }
 
+template <class Function>
+Function& VersionFunction(const char* name) {
+  Function* const found = SystemFunction<Function>(L"version.dll", name);
+  if (!found) throw std::runtime_error("the system reads no version records");
+  return *found;
+}
+
 std::vector<std::byte> ReadVersionBlock() {
+  auto& sizeOf = VersionFunction<decltype(GetFileVersionInfoSizeW)>("GetFileVersionInfoSizeW");
+  auto& read = VersionFunction<decltype(GetFileVersionInfoW)>("GetFileVersionInfoW");
   const std::filesystem::path path = ExecutablePath();
   DWORD ignored = 0;
-  std::vector<std::byte> block(GetFileVersionInfoSizeW(path.c_str(), &ignored));
-  if (block.empty() ||
-      !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data())) {
+  std::vector<std::byte> block(sizeOf(path.c_str(), &ignored));
+  if (block.empty() || !read(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data())) {
     throw std::runtime_error("the executable has no version record");
   }
   return block;
 }
 
+struct BlockPart {
+  void* address = nullptr;
+  UINT size = 0;
+};
+
+BlockPart PartOf(const std::vector<std::byte>& block, const wchar_t* path) {
+  BlockPart part;
+  const bool found = VersionFunction<decltype(VerQueryValueW)>("VerQueryValueW")(
+                         block.data(), path, &part.address, &part.size) != FALSE;
+  return found ? part : BlockPart{};
+}
+
 // Text `name` of the version record's only language, US English in 16-bit text.
 std::u16string VersionText(const std::vector<std::byte>& block, const wchar_t* name) {
   const std::wstring path = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
-  void* text = nullptr;
-  UINT length = 0;
-  if (!VerQueryValueW(block.data(), path.c_str(), &text, &length)) return {};
-  const auto* const units = static_cast<const wchar_t*>(text);
-  return ToText(units, wcsnlen(units, length));
+  const BlockPart part = PartOf(block, path.c_str());
+  const auto* const units = static_cast<const wchar_t*>(part.address);
+  return units ? ToText(units, wcsnlen(units, part.size)) : std::u16string();
 }
 
 }  // namespace
@@ -69,12 +88,11 @@ std::u16string StringResource(int id) {
 
 VersionRecord ReadVersionRecord() {
   const std::vector<std::byte> block = ReadVersionBlock();
-  void* fixed = nullptr;
-  UINT size = 0;
-  if (!VerQueryValueW(block.data(), L"\\", &fixed, &size) || size < sizeof(VS_FIXEDFILEINFO)) {
+  const BlockPart fixed = PartOf(block, L"\\");
+  if (fixed.size < sizeof(VS_FIXEDFILEINFO)) {
     throw std::runtime_error("the executable's version record is incomplete");
   }
-  const auto& numbers = *static_cast<const VS_FIXEDFILEINFO*>(fixed);
+  const auto& numbers = *static_cast<const VS_FIXEDFILEINFO*>(fixed.address);
   return {VersionText(block, L"ProductName"),    VersionText(block, L"FileDescription"),
           VersionText(block, L"LegalCopyright"), HIWORD(numbers.dwFileVersionMS),
           LOWORD(numbers.dwFileVersionMS),       HIWORD(numbers.dwFileVersionLS)};
@@ -87,6 +105,18 @@ std::u16string ExecutableBaseName() {
 // A window's program has no console to answer on: arguments mean nothing here.
 std::optional<int> AnswerArguments(std::span<const char* const> /*arguments*/) {
   return std::nullopt;
+}
+
+// Windows tells a path that may not be looked at from one that isn't there.
+bool IsOutOfReach(const std::u16string& path) {
+  return GetFileAttributesW(reinterpret_cast<const wchar_t*>(path.c_str())) ==
+             INVALID_FILE_ATTRIBUTES &&
+         GetLastError() == ERROR_ACCESS_DENIED;
+}
+
+// A Windows user has one registry.
+std::u16string WorldTitle() {
+  return {};
 }
 
 void CompleteShellImageList() {

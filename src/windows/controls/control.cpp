@@ -23,6 +23,11 @@ void Control::Move(const PixelRect& bounds) {
   if (ControlView* view = controlView()) view->place(bounds);
 }
 
+PixelSize Control::NaturalSize(int width) const {
+  const ControlView* view = controlView();
+  return view ? view->naturalSize(width) : PixelSize{};
+}
+
 void Control::Left(int x) {
   PixelRect bounds = Bounds();
   bounds.left = x;
@@ -39,16 +44,31 @@ void Control::Pointer(MousePointer pointer) {
   if (ControlView* view = controlView()) view->setMousePointer(pointer);
 }
 
+void Control::Hint(Text hint) {
+  if (hint == hint_) return;
+  hint_ = std::move(hint);
+  if (ControlView* view = controlView()) view->setHint(hint_);
+}
+
 void Control::BringToFront() {
   if (ControlView* view = controlView()) view->bringToFront();
 }
 
-void Control::Refresh() {
-  if (ControlView* view = controlView()) view->refresh();
+bool Control::HasFocus() const {
+  const ControlView* view = controlView();
+  return view && view->hasFocus();
 }
 
-void Control::updateView() const {
-  if (ControlView* view = controlView()) view->update();
+void Control::SetFocus() {
+  if (ControlView* view = controlView()) view->takeFocus();
+}
+
+void Control::Refresh() {
+  if (ControlView* view = controlView()) view->paintNow();
+}
+
+void Control::showModel() const {
+  if (ControlView* view = controlView()) view->modelChanged();
 }
 
 }  // namespace torvane

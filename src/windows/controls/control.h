@@ -11,6 +11,7 @@
 
 #include "platform/winapi.h"
 #include "storage/text.h"
+#include "windows/controls/scale.h"
 
 namespace torvane {
 
@@ -25,16 +26,6 @@ class StatusBar;
 class TextBox;
 class Tree;
 
-/// A place in the client area of the form, in pixels.
-struct PixelRect {
-  int left = 0;
-  int top = 0;
-  int width = 0;
-  int height = 0;
-
-  bool operator==(const PixelRect&) const = default;
-};
-
 /// The mouse's shape over a control or a form.
 enum class MousePointer { Default = 0, SizeWestEast = 9, Hourglass = 11, Hand = 99 };
 
@@ -46,8 +37,10 @@ enum class SystemColor : std::uint32_t {
   Highlight = 0x8000000D,
   ButtonFace = 0x8000000F,
   ButtonShadow = 0x80000010,
+  GrayText = 0x80000011,
   ButtonText = 0x80000012,
   Highlight3D = 0x80000014,
+  HotLight = 0x8000001A,  ///< of a link
 };
 
 /// What a control of any kind asks of its view.
@@ -60,11 +53,18 @@ class ControlView {
   virtual void place(const PixelRect& bounds) = 0;
   virtual void setVisible(bool visible) = 0;
   virtual void setMousePointer(MousePointer pointer) = 0;
+  /// For assistive technology, and for the mouse where a control shows hints.
+  virtual void setHint(const Text& hint) = 0;
   virtual void bringToFront() = 0;
+  virtual bool hasFocus() const = 0;
+  virtual void takeFocus() = 0;
+  /// The size that shows the caption or the text whole, wrapped at `width` pixels where the control
+  /// wraps; nothing for a control that has none.
+  virtual PixelSize naturalSize(int /*width*/) const { return {}; }
   /// Shows a changed caption, text, colour or drawing of the model; painted when the loop runs.
-  virtual void update() = 0;
+  virtual void modelChanged() = 0;
   /// Paints now.
-  virtual void refresh() = 0;
+  virtual void paintNow() = 0;
 };
 
 /// One call for each kind of control, for the toolkits that make the views.
@@ -108,19 +108,30 @@ class Control {
   int Width() const { return Bounds().width; }
   int Height() const { return Bounds().height; }
   void Move(const PixelRect& bounds);
+  /// What the text needs in the user's font, wrapped at `width` where the control wraps. Zero
+  /// without a view.
+  PixelSize NaturalSize(int width = 0) const;
   void Left(int x);
 
   bool Visible() const { return visible_; }
   void Visible(bool visible);
   MousePointer Pointer() const { return pointer_; }
   void Pointer(MousePointer pointer);
+  /// A short hint on what the user can do here; empty for none.
+  const ::torvane::Text& Hint() const { return hint_; }
+  void Hint(::torvane::Text hint);
   /// Puts the control above its siblings.
   void BringToFront();
+  /// Whether the user's keys go to the control; never without a view.
+  bool HasFocus() const;
+  void SetFocus();
   void Refresh();
+
+  /// Has the view show what the control holds now.
+  void showModel() const;
 
  protected:
   virtual ControlView* controlView() const = 0;
-  void updateView() const;
 
  private:
   Form& parent_;
@@ -128,6 +139,27 @@ class Control {
   PixelRect bounds_;
   bool visible_ = true;
   MousePointer pointer_ = MousePointer::Default;
+  ::torvane::Text hint_;
+};
+
+/// A value of a control that its view shows: setting it changes the view.
+template <class Value>
+class Viewed {
+ public:
+  Viewed(const Control& owner, Value value) : owner_(owner), value_(value) {}
+  Viewed(const Viewed&) = delete;
+  Viewed& operator=(const Viewed&) = delete;
+  Viewed& operator=(Value value) {
+    value_ = value;
+    owner_.showModel();
+    return *this;
+  }
+  // NOLINTNEXTLINE(google-explicit-constructor): it reads as a plain field
+  operator Value() const { return value_; }
+
+ private:
+  const Control& owner_;
+  Value value_;
 };
 
 /// A control whose view has more to tell than a ControlView.

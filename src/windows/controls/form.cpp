@@ -1,22 +1,8 @@
 #include "windows/controls/form.h"
 
-#include <cmath>
-
 #include "windows/controls/toolkit.h"
 
 namespace torvane {
-namespace {
-
-Twips ToTwips(int pixels) {
-  return {static_cast<double>(pixels) * CurrentToolkit().TwipsPerPixel()};
-}
-
-int ToPixels(Twips length) {
-  return static_cast<int>(std::lround(length.count / CurrentToolkit().TwipsPerPixel()));
-}
-
-}  // namespace
-
 Form::Form(BorderStyle border) : border_(border) {}
 
 Form::~Form() = default;
@@ -30,6 +16,7 @@ void Form::Load() {
 
 void Form::Unload() {
   if (!Loaded()) return;
+  life_ = Life::Unloading;
   Form_Unload();
   life_ = Life::Unloaded;
   CurrentToolkit().DropViews(*this);
@@ -50,7 +37,7 @@ void Form::Hide() {
 }
 
 void Form::Refresh() {
-  if (view_) view_->refresh();
+  if (view_) view_->paintNow();
 }
 
 void Form::Caption(Text caption) {
@@ -58,22 +45,51 @@ void Form::Caption(Text caption) {
   if (view_) view_->setCaption(caption_);
 }
 
+void Form::DesignSize(const PixelSize& size) {
+  DesignWidth = size.width;
+  DesignHeight = size.height;
+  if (view_) view_->setClientSize(size);
+}
+
+torvane::Scale Form::Scale() const {
+  return view_ ? view_->scale() : CurrentToolkit().ScreenScale();
+}
+
+int Form::SystemMetric(int index) const {
+  return view_ ? view_->systemMetric(index) : GetSystemMetrics(index);
+}
+
+void Form::Rescale() {
+  if (!Loaded()) return;
+  for (const Control* control : controls_) control->showModel();
+  Form_Rescale();
+}
+
+// Where a form stands can't be counted at its own scale: it has one only when it stands there.
 Twips Form::Left() const {
-  return view_ ? ToTwips(view_->outerBounds().left) : Twips{};
+  return CurrentToolkit().ScreenScale().ToTwips(view_ ? view_->outerBounds().left : 0);
 }
 Twips Form::Top() const {
-  return view_ ? ToTwips(view_->outerBounds().top) : Twips{};
+  return CurrentToolkit().ScreenScale().ToTwips(view_ ? view_->outerBounds().top : 0);
 }
 Twips Form::Width() const {
-  return view_ ? ToTwips(view_->outerBounds().width) : Twips{};
+  return Scale().ToTwips(view_ ? view_->outerBounds().width : 0);
 }
 Twips Form::Height() const {
-  return view_ ? ToTwips(view_->outerBounds().height) : Twips{};
+  return Scale().ToTwips(view_ ? view_->outerBounds().height : 0);
 }
 
 void Form::Move(Twips left, Twips top, Twips width, Twips height) {
   if (!view_) return;
-  view_->setOuterBounds({ToPixels(left), ToPixels(top), ToPixels(width), ToPixels(height)});
+  const torvane::Scale first = CurrentToolkit().ScreenScale();
+  const auto place = [&](const torvane::Scale& own) {
+    view_->setOuterBounds(
+        {first.ToPixels(left), first.ToPixels(top), own.ToPixels(width), own.ToPixels(height)});
+  };
+  const torvane::Scale before = Scale();
+  place(before);
+  // On a screen of another scale the system has made it larger or smaller.
+  if (Scale() != before) place(Scale());
 }
 
 torvane::WindowState Form::State() const {

@@ -4,17 +4,11 @@
 #include <memory>
 #include <vector>
 
+#include "windows/controls/keys.h"
 #include "windows/controls/menu.h"
 #include "windows/controls/simple_controls.h"
 
 namespace torvane {
-
-/// A length on the screen, 1440 to the inch. Forms measure themselves in twips, their controls are
-/// in pixels.
-struct Twips {
-  double count = 0;
-  auto operator<=>(const Twips&) const = default;  // NOLINT(modernize-use-nullptr): a false alarm
-};
 
 enum class WindowState { Normal = 0, Minimized = 1, Maximized = 2 };
 
@@ -33,6 +27,12 @@ class FormView {
   virtual PixelRect outerBounds() const = 0;
   /// A size below what the system allows is raised to its smallest window.
   virtual void setOuterBounds(const PixelRect& bounds) = 0;
+  /// The scale of the screen that the form is on.
+  virtual Scale scale() const = 0;
+  /// A measure of the system's (SM_CXFRAME and its like) at that scale.
+  virtual int systemMetric(int index) const = 0;
+  /// Another size of the client area; a form that isn't shown stays in the middle of the screen.
+  virtual void setClientSize(const PixelSize& size) = 0;
   virtual int clientWidth() const = 0;
   virtual int clientHeight() const = 0;
   virtual WindowState windowState() const = 0;
@@ -44,7 +44,7 @@ class FormView {
   virtual void showModal(Form& owner) = 0;
   virtual void hide() = 0;
   /// Paints the form and its controls now.
-  virtual void refresh() = 0;
+  virtual void paintNow() = 0;
 };
 
 /// The base of the program's windows.
@@ -80,8 +80,19 @@ class Form {
   /// Size of the client area in pixels that a new view has; it comes centred on the screen.
   int DesignWidth = 0;
   int DesignHeight = 0;
+  /// Gives the client area another size, now and in new views.
+  void DesignSize(const PixelSize& size);
 
-  /// Outer position and size. Zero without a view.
+  /// The scale of the screen that the form is on; of the first one without a view.
+  torvane::Scale Scale() const;
+  /// A measure of the system's (SM_CXFRAME and its like) at that scale.
+  int SystemMetric(int index) const;
+  /// The form is on a screen of another scale, or the user's font is another: fonts, icons and the
+  /// window's size have followed, places are for the form to follow.
+  void Rescale();
+
+  /// Outer position, at the scale of the first screen, and size, at the form's own. Zero without a
+  /// view.
   Twips Left() const;
   Twips Top() const;
   Twips Width() const;
@@ -104,6 +115,11 @@ class Form {
 
   /// The client area has another size or the window another state.
   Event<> Resize;
+  /// The window has become the one that the user works in.
+  Event<> Activate;
+  /// A key goes down: its KeyCode, and the bits of what is held. A handler that sets the code to 0
+  /// keeps the key from KeyPress and the controls.
+  Event<int&, int> KeyDown;
   /// A character key, as its ASCII code; a handler that sets it to 0 keeps it from the controls.
   Event<int&> KeyPress;
 
@@ -112,6 +128,7 @@ class Form {
 
  protected:
   virtual void Form_Load() {}
+  virtual void Form_Rescale() {}
   virtual void Form_Unload() {}
 
  private:
@@ -119,7 +136,7 @@ class Form {
 
   BorderStyle border_;
   Text caption_;
-  enum class Life { New, Loaded, Unloaded };
+  enum class Life { New, Loaded, Unloading, Unloaded };
   Life life_ = Life::New;
   MenuItem menuBar_;
   std::vector<Control*> controls_;

@@ -34,6 +34,10 @@ void ListItem::Selected(bool selected) {
   if (ListView* view = list_.view()) view->setSelected(index_, selected);
 }
 
+void ListItem::EnsureVisible() const {
+  if (ListView* view = list_.view()) view->ensureVisible(index_);
+}
+
 void ColumnHeaderCollection::Add(Text heading) {
   headings_.push_back(std::move(heading));
   if (ListView* view = list_.view()) view->columnAdded(headings_.back());
@@ -68,6 +72,29 @@ int ListItemCollection::RemoveWhere(const std::function<bool(const ListItem&)>& 
 void ListItemCollection::Clear() {
   items_.clear();
   if (ListView* view = list_.view()) view->itemsCleared();
+}
+
+void List::SelectedItem(ListItem& item) {
+  SelectAll(false);
+  item.Selected(true);
+  if (view()) view()->setCurrent(item.Index());
+}
+
+void List::EmptyText(torvane::Text text) {
+  emptyText_ = std::move(text);
+  showModel();
+}
+
+void List::SelectAll(bool selected) {
+  for (int index = 1; index <= items_.Count(); ++index) items_(index).selected_ = selected;
+  if (view()) view()->setAllSelected(selected);
+}
+
+int List::SelectedCount() const {
+  if (view()) return static_cast<int>(SendMessageW(hWnd(), LVM_GETSELECTEDCOUNT, 0, 0));
+  int count = 0;
+  for (int index = 1; index <= items_.Count(); ++index) count += items_(index).selected_ ? 1 : 0;
+  return count;
 }
 
 ListItem* List::SelectedItem() {

@@ -27,9 +27,9 @@ class ListItem {
   /// A text that the program owns.
   const ::torvane::Text& Tag() const { return tag_; }
   void Tag(::torvane::Text tag) { tag_ = std::move(tag); }
-  /// The name under which the store that the list was read from holds the entry; empty unless set.
-  const ::torvane::Text& Key() const { return key_; }
-  void Key(::torvane::Text key) { key_ = std::move(key); }
+  /// A number that the program owns.
+  std::size_t Number() const { return number_; }
+  void Number(std::size_t number) { number_ = number; }
   /// What the row's image says, for those who can't see it; a text that lasts.
   TextView ImageNote() const { return imageNote_; }
   void ImageNote(TextView note) { imageNote_ = note; }
@@ -37,8 +37,11 @@ class ListItem {
   int Index() const { return index_; }
   bool Selected() const;
   void Selected(bool selected);
+  /// Brings the row into sight.
+  void EnsureVisible() const;
 
  private:
+  friend class List;
   friend class ListItemCollection;
 
   List& list_;
@@ -46,14 +49,14 @@ class ListItem {
   bool selected_ = false;
   ::torvane::Text text_;
   ::torvane::Text tag_;
-  ::torvane::Text key_;
+  std::size_t number_ = 0;
   TextView imageNote_;
   std::vector<::torvane::Text> subItems_;
 };
 
 /// What a list asks of its view. Rows are numbered from 1 here. The view reads the texts from the
 /// model when it paints. Messages to its window (LVM_...) go past the model: an image number set by
-/// LVM_SETITEMA belongs to the row and moves with it.
+/// LVM_SETITEMW belongs to the row and moves with it.
 class ListView : public ControlView {
  public:
   virtual void columnAdded(const Text& heading) = 0;
@@ -68,8 +71,13 @@ class ListView : public ControlView {
   virtual void itemsCleared() = 0;
   virtual bool selected(int row) const = 0;
   virtual void setSelected(int row, bool selected) = 0;
+  virtual void setAllSelected(bool selected) = 0;
   /// The row with the focus, 0 for none.
   virtual int current() const = 0;
+  /// Gives a row the focus, selects it alone and brings it into sight.
+  virtual void setCurrent(int row) = 0;
+  /// Scrolls until the row is in sight.
+  virtual void ensureVisible(int row) = 0;
 };
 
 /// The column headings, in order of adding.
@@ -110,8 +118,11 @@ class ListItemCollection {
   std::vector<std::unique_ptr<ListItem>> items_;
 };
 
-/// Where a control in icon view lines its icons up; report view ignores it.
-enum class ListArrange { None = 0, Left = 1, Top = 2 };
+/// What a list was filled from; the program knows what it is.
+class ListSource {
+ public:
+  virtual ~ListSource() = default;
+};
 
 /// The list control.
 class List : public ControlWithView<ListView> {
@@ -125,7 +136,17 @@ class List : public ControlWithView<ListView> {
   const ListItemCollection& ListItems() const { return items_; }
   /// The row with the focus, null for none. Without a view the first selected row.
   ListItem* SelectedItem();
-  ListArrange Arrange = ListArrange::None;
+  /// Selects a row alone and gives it the focus.
+  void SelectedItem(ListItem& item);
+  void SelectAll(bool selected);
+  /// What the list says in place of rows while it has none; empty for nothing.
+  const ::torvane::Text& EmptyText() const { return emptyText_; }
+  void EmptyText(::torvane::Text text);
+  /// How many rows are selected.
+  int SelectedCount() const;
+  /// What the program filled the list from, null for nothing; the list keeps it.
+  ListSource* Source() const { return source_.get(); }
+  void Source(std::unique_ptr<ListSource> source) { source_ = std::move(source); }
   /// A text that the program owns.
   const ::torvane::Text& Tag() const { return tag_; }
   void Tag(::torvane::Text tag) { tag_ = std::move(tag); }
@@ -134,6 +155,8 @@ class List : public ControlWithView<ListView> {
   ColumnHeaderCollection columns_{*this};
   ListItemCollection items_{*this};
   ::torvane::Text tag_;
+  std::unique_ptr<ListSource> source_;
+  ::torvane::Text emptyText_;
 };
 
 }  // namespace torvane

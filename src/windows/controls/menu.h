@@ -27,6 +27,10 @@ class MenuItem {
   bool IsSeparator() const { return Caption == u"-"; }
   /// Adds an item behind the others; it lives as long as this menu, at one address.
   MenuItem& Add(const Text& caption);
+  /// The visible menu among the items whose caption begins with a letter, as Alt and the letter
+  /// open it; captions have no access keys of their own. -1 for none, else its place among the
+  /// visible items, from 0.
+  int PlaceByLetter(char16_t letter) const;
   std::deque<MenuItem>& Items() { return items_; }
   const std::deque<MenuItem>& Items() const { return items_; }
 

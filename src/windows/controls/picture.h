@@ -15,7 +15,7 @@ struct DrawShellIcon {
   int top = 0;
 };
 
-/// Icon resource `id` (101, 104), drawn from the icon's best size.
+/// Icon resource `id` (platform/resource_numbers.h), drawn from the icon's best size.
 struct DrawResourceIcon {
   int id = 0;
   PixelRect place;

@@ -24,13 +24,13 @@ float PictureBox::TextHeight(const Text& text) const {
 
 void PictureBox::Cls() {
   steps_.clear();
-  updateView();
+  showModel();
 }
 
 template <class Step>
 void PictureBox::Record(Step step) {
   steps_.emplace_back(std::in_place_type<Step>, std::move(step));
-  updateView();
+  showModel();
 }
 
 void PictureBox::Print(Text text) {

@@ -25,12 +25,12 @@ class PictureBox : public ControlWithView<PictureBoxView> {
   using ControlWithView::ControlWithView;
   void accept(ControlVisitor& visitor) override { visitor.visit(*this); }
 
-  SystemColor BackColor = SystemColor::ButtonFace;
-  SystemColor ForeColor = SystemColor::WindowText;
-  bool FontBold = false;
-  DrawMode Mode = DrawMode::CopyPen;
+  Viewed<SystemColor> BackColor{*this, SystemColor::ButtonFace};
+  Viewed<SystemColor> ForeColor{*this, SystemColor::WindowText};
+  Viewed<bool> FontBold{*this, false};
+  Viewed<DrawMode> Mode{*this, DrawMode::CopyPen};
   /// Whether the box has a sunken edge.
-  bool Bordered = false;
+  Viewed<bool> Bordered{*this, false};
   /// Where Print() begins, in scale units.
   float CurrentX = 0;
   float CurrentY = 0;

@@ -6,22 +6,22 @@ namespace torvane {
 
 void Label::Caption(Text caption) {
   caption_ = std::move(caption);
-  updateView();
+  showModel();
 }
 
 void Button::Caption(Text caption) {
   caption_ = std::move(caption);
-  updateView();
+  showModel();
 }
 
 void TextBox::Text(torvane::Text text) {
   text_ = std::move(text);
-  updateView();
+  showModel();
 }
 
 void Panel::Text(torvane::Text text) {
   text_ = std::move(text);
-  bar_.updateView();
+  bar_.showModel();
 }
 
 StatusBar::StatusBar(Form& form, Text name, const std::vector<int>& minWidths)

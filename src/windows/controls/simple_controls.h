@@ -17,11 +17,11 @@ class Label : public ControlWithView<ControlView> {
   const Text& Caption() const { return caption_; }
   void Caption(Text caption);
 
-  SystemColor ForeColor = SystemColor::ButtonText;
-  bool FontBold = false;
+  Viewed<SystemColor> ForeColor{*this, SystemColor::ButtonText};
+  Viewed<bool> FontBold{*this, false};
   /// Size relative to the form's font.
-  float FontScale = 1;
-  bool WordWrap = false;
+  Viewed<float> FontScale{*this, 1};
+  Viewed<bool> WordWrap{*this, false};
 
   Event<> Click;
 
@@ -35,7 +35,7 @@ class Line : public ControlWithView<ControlView> {
   using ControlWithView::ControlWithView;
   void accept(ControlVisitor& visitor) override { visitor.visit(*this); }
 
-  SystemColor BorderColor = SystemColor::ButtonShadow;
+  Viewed<SystemColor> BorderColor{*this, SystemColor::ButtonShadow};
 };
 
 /// A push button.
@@ -48,9 +48,9 @@ class Button : public ControlWithView<ControlView> {
   void Caption(Text caption);
 
   /// Enter presses it, wherever the focus is.
-  bool Default = false;
+  Viewed<bool> Default{*this, false};
   /// Escape presses it.
-  bool Cancel = false;
+  Viewed<bool> Cancel{*this, false};
 
   Event<> Click;
 
@@ -83,7 +83,7 @@ class Frame : public ControlWithView<ControlView> {
   using ControlWithView::ControlWithView;
   void accept(ControlVisitor& visitor) override { visitor.visit(*this); }
 
-  SystemColor BackColor = SystemColor::ButtonFace;
+  Viewed<SystemColor> BackColor{*this, SystemColor::ButtonFace};
 
   /// Button, Shift, x, y.
   Event<int, int, float, float> MouseDown;
@@ -97,7 +97,8 @@ class Panel {
   Panel(const StatusBar& bar, int minWidth) : bar_(bar), minWidth_(minWidth) {}
   const ::torvane::Text& Text() const { return text_; }
   void Text(::torvane::Text text);
-  /// Width in pixels at 96 dots an inch; 0 for the panel that takes the room that the others leave.
+  /// Width in pixels at 96 dots an inch that the panel has at least, and more where its text needs
+  /// it; 0 for the panel that takes the room that the others leave.
   int MinWidth() const { return minWidth_; }
 
  private:

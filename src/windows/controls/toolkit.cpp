@@ -24,19 +24,21 @@ void SetToolkit(Toolkit* toolkit) {
   Current() = toolkit;
 }
 
-int DesignPixels(int length) {
-  return length * 15 / CurrentToolkit().TwipsPerPixel();
-}
-
-void Deliver(const std::function<void()>& event) {
+bool Attempt(const std::function<void()>& work) {
   try {
-    event();
+    work();
+    return true;
   } catch (const RaisedError& error) {
     CurrentToolkit().ReportError(error.Description());
   } catch (const std::exception& error) {
     const std::string words = error.what();
     CurrentToolkit().ReportError({words.begin(), words.end()});
   }
+  return false;
+}
+
+void Deliver(const std::function<void()>& event) {
+  Attempt(event);
 }
 
 Text ApplicationTitle() {

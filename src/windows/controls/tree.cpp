@@ -1,5 +1,7 @@
 #include "windows/controls/tree.h"
 
+#include <utility>
+
 namespace torvane {
 
 Node::Node(Tree& tree, Node* parent, int index, torvane::Text text, int image)
@@ -8,6 +10,16 @@ Node::Node(Tree& tree, Node* parent, int index, torvane::Text text, int image)
 void Node::Image(int image) {
   image_ = image;
   if (TreeView* view = tree_.view()) view->imageChanged(*this);
+}
+
+void Node::Dimmed(bool dimmed) {
+  if (std::exchange(dimmed_, dimmed) == dimmed) return;
+  if (TreeView* view = tree_.view()) view->dimmedChanged(*this);
+}
+
+void Node::Tip(torvane::Text tip) {
+  tip_ = std::move(tip);
+  if (TreeView* view = tree_.view()) view->tipChanged(*this);
 }
 
 void Node::Expanded(bool expanded) {
@@ -23,6 +35,12 @@ Node& NodeCollection::Add(Node* relative, NodeRelationship relationship, Text te
   if (parent) parent->hasChildren_ = true;
   if (TreeView* view = tree_.view()) view->nodeAdded(node);
   return node;
+}
+
+void NodeCollection::RemoveFrom(int first) {
+  if (TreeView* view = tree_.view()) view->nodesRemoved(first);
+  while (Count() >= first) nodes_.pop_back();
+  if (tree_.selected_ >= first) tree_.selected_ = 0;
 }
 
 Node* Tree::SelectedItem() {

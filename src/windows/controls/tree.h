@@ -11,7 +11,10 @@ namespace torvane {
 
 class Tree;
 
-/// A node of a tree. Lives as long as its tree, at one address.
+/// What a dimmed node says to those who can't see it.
+inline constexpr TextView kDimmedNote = u"No list";
+
+/// A node of a tree. Lives until it is removed, at one address.
 class Node {
  public:
   Node(Tree& tree, Node* parent, int index, ::torvane::Text text, int image);
@@ -27,6 +30,13 @@ class Node {
   /// 1-based number of a picture in the tree's image list, 0 for none.
   int Image() const { return image_; }
   void Image(int image);
+  /// Whether there is nothing behind the node: it is shown as what can't be used is, and told so
+  /// (kDimmedNote). It can be chosen all the same.
+  bool Dimmed() const { return dimmed_; }
+  void Dimmed(bool dimmed);
+  /// What is said of the node while the mouse rests on it; empty for nothing.
+  const ::torvane::Text& Tip() const { return tip_; }
+  void Tip(::torvane::Text tip);
   bool Expanded() const { return expanded_; }
   /// Expands or collapses the node and fires the tree's event. Nothing happens on a node without
   /// children or one that is so already.
@@ -40,7 +50,9 @@ class Node {
   int index_;
   ::torvane::Text text_;
   ::torvane::Text tag_;
+  ::torvane::Text tip_;
   int image_;
+  bool dimmed_ = false;
   bool expanded_ = false;
   bool hasChildren_ = false;
 };
@@ -50,6 +62,10 @@ class TreeView : public ControlView {
  public:
   virtual void nodeAdded(const Node& node) = 0;
   virtual void imageChanged(const Node& node) = 0;
+  virtual void dimmedChanged(const Node& node) = 0;
+  virtual void tipChanged(const Node& node) = 0;
+  /// The nodes from that index on are going; no choice that this makes is the user's.
+  virtual void nodesRemoved(int first) = 0;
   /// Shows node.Expanded(). A view that the user expands calls Node::Expanded itself; it must not
   /// do so for what comes in here.
   virtual void expansionChanged(const Node& node) = 0;
@@ -67,6 +83,8 @@ class NodeCollection {
   explicit NodeCollection(Tree& tree) : tree_(tree) {}
   /// Adds a root (no relative), or a child of `relative` behind its other children.
   Node& Add(Node* relative, NodeRelationship relationship, Text text, int image);
+  /// Removes the nodes from an index on. They have no children in front of it.
+  void RemoveFrom(int first);
   int Count() const { return static_cast<int>(nodes_.size()); }
   Node& operator()(int index) { return nodes_.at(static_cast<std::size_t>(index - 1)); }
   const Node& operator()(int index) const { return nodes_.at(static_cast<std::size_t>(index - 1)); }
@@ -98,6 +116,8 @@ class Tree : public ControlWithView<TreeView> {
   Event<Node&> Collapse;
 
  private:
+  friend class NodeCollection;
+
   NodeCollection nodes_{*this};
   const ImageList* images_ = nullptr;
   int selected_ = 0;

@@ -3,8 +3,9 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "platform/posix/prefix.h"
-#include "platform/posix/write_back.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/disk/write_back.h"
+#include "platform/posix/prefix/new_hive.h"
 #include "platform/winapi.h"
 #include "support/scratch_world.h"
 
@@ -23,6 +24,8 @@ std::string& OuterTemporaryFolder() {
 }  // namespace
 
 const int ScratchWorld::kManyValues = 100'000;
+const bool ScratchWorld::kGivesBackBytes = true;
+const std::uint32_t ScratchWorld::kManyLists = 2'000;
 
 ScratchWorld::ScratchWorld() {
   std::string pattern = std::filesystem::temp_directory_path() / "torvane-test-XXXXXX";
@@ -59,10 +62,10 @@ ScratchWorld::~ScratchWorld() {
 // The prefix goes with the test; within it a key is used again with other values.
 void ScratchWorld::RemoveKey(const std::string& path) {
   HKEY key = nullptr;
-  if (RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS) {
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, W(path), 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS) {
     return;
   }
-  for (const auto& [name, data] : Values(path)) RegDeleteValueA(key, name.c_str());
+  for (const auto& [name, data] : Values(path)) RegDeleteValueW(key, W(name));
   RegCloseKey(key);
 }
 

@@ -5,6 +5,8 @@ namespace torvane::testing {
 
 // Under Wine each change takes a time that grows with the key or the section.
 const int ScratchWorld::kManyValues = 2'000;
+const bool ScratchWorld::kGivesBackBytes = false;
+const std::uint32_t ScratchWorld::kManyLists = 2'000;
 
 ScratchWorld::ScratchWorld() : hostRoot_("C:\\") {
   folder_ = "C:\\torvane-test-" + std::to_string(GetCurrentProcessId());
@@ -21,12 +23,12 @@ ScratchWorld::~ScratchWorld() {
 }
 
 void ScratchWorld::RemoveKey(const std::string& path) {
-  RegDeleteTreeA(HKEY_CURRENT_USER, path.c_str());
+  RegDeleteTreeW(HKEY_CURRENT_USER, W(path));
 }
 
 // The profile calls keep a file in memory until they are told to let go of it.
 void ScratchWorld::WriteBack() {
-  WritePrivateProfileStringA(nullptr, nullptr, nullptr, "C:\\windows\\win.ini");
+  WritePrivateProfileStringW(nullptr, nullptr, nullptr, L"C:\\windows\\win.ini");
 }
 
 }  // namespace torvane::testing

@@ -1,0 +1,37 @@
+// Looks for lists below HKEY_CURRENT_USER\Software, a little at a time.
+#pragma once
+
+#include <chrono>
+#include <memory>
+
+#include "finding/found_list.h"
+#include "storage/names.h"
+
+namespace torvane {
+
+/// One walk over all keys. It only reads.
+class ListFinder {
+ public:
+  /// `known` are the keys, from what stands behind "Software\" on, that are shown already.
+  explicit ListFinder(NameSet known);
+  ListFinder(const ListFinder&) = delete;
+  ListFinder& operator=(const ListFinder&) = delete;
+  ~ListFinder();
+
+  /// Looks on for about so long, and gives whether all keys have been looked at.
+  bool Look(std::chrono::steady_clock::duration time);
+  /// The lists that have been found, with their names and in the order of these.
+  std::vector<FoundList> Lists() &&;
+
+ private:
+  class Level;
+  void Step();
+  void Examine();
+
+  NameSet known_;
+  std::vector<Level> levels_;  ///< the keys on the way to the one in hand
+  std::vector<FoundList> lists_;
+  Text name_;  ///< room for a name
+};
+
+}  // namespace torvane

@@ -1,0 +1,200 @@
+// A listing is trusted while the folder's stamp is what it was before the reading. Stamps move in
+// steps of the file system's clock, so a listing that was read within one step of the stamp may
+// miss what came later in that step, and is good for one answer only.
+#include "platform/posix/paths/folder_cache.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <memory>
+#include <tuple>
+#include <utility>
+
+#include "platform/posix/disk/atomic_file.h"
+#include "platform/posix/disk/forget.h"
+#include "platform/posix/disk/reading_stamp.h"
+#include "platform/posix/paths/short_name.h"
+#include "platform/posix/text/code_page.h"
+#include "platform/posix/text/letter_case.h"
+
+namespace torvane::posix {
+namespace {
+
+/// Entries kept over all folders; beyond it the cache starts anew.
+constexpr std::size_t kMostEntries = 1'000'000;
+
+struct CachedFolder {
+  FolderListing listing;
+  ReadingStamp stamp;
+};
+
+struct Cache {
+  std::unordered_map<std::string, CachedFolder> folders;
+  std::size_t entries = 0;
+  std::uint64_t readings = 0;
+};
+
+Cache& TheCache() {
+  static Cache cache;
+  return cache;
+}
+
+const AtForget kForgetFolders([] {
+  TheCache().folders.clear();
+  TheCache().entries = 0;
+});
+
+struct CloseFolder {
+  // Closing a folder that was only read loses nothing.
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
+/// Calls `visit` with the name of each entry; false where the folder can't be read.
+template <class Visit>
+bool ForEachName(const std::string& folder, const Visit& visit) {
+  const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
+  if (!open) return false;
+  while (const dirent* entry = readdir(open.get())) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") visit(name);
+  }
+  return true;
+}
+
+std::optional<std::vector<FolderEntry>> ReadEntries(const std::string& folder) {
+  std::vector<FolderEntry> entries;
+  const bool read = ForEachName(folder, [&entries](std::string_view name) {
+    entries.push_back({std::string(name), FromUtf8(name)});
+  });
+  if (!read) return std::nullopt;
+  return entries;
+}
+
+/// Whether an entry has this name, folded, without case. Most entries differ early.
+bool HasName(std::string_view entry, std::u16string_view folded) {
+  for (std::size_t i = 0; i < entry.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(entry[i]);
+    if (i == folded.size()) return false;
+    if (byte >= 0x80) return FoldCase(FromUtf8(entry.substr(i))) == folded.substr(i);
+    if (FoldCase(char16_t{byte}) != folded[i]) return false;
+  }
+  return entry.size() == folded.size();
+}
+
+/// The short name that Wine has for an entry, folded; empty where its name is short already.
+std::u16string FoldedShortName(std::u16string_view entry) {
+  return IsShortName(entry) ? std::u16string() : FoldCase(ShortName(entry));
+}
+
+/// What FolderListing::find would find, by a single pass over the folder.
+std::optional<std::string> ScanFolder(const std::string& folder, std::u16string_view name) {
+  const std::u16string folded = FoldCase(name);
+  const bool mayBeShort = MayBeMadeShort(name);
+  std::optional<std::string> first;
+  std::optional<std::string> firstShort;
+  const auto keepFirst = [](std::optional<std::string>& kept, std::string_view entry) {
+    if (!kept || entry < *kept) kept = entry;
+  };
+  ForEachName(folder.empty() ? "/" : folder, [&](std::string_view entry) {
+    if (HasName(entry, folded)) {
+      keepFirst(first, entry);
+    } else if (mayBeShort && FoldedShortName(FromUtf8(entry)) == folded) {
+      keepFirst(firstShort, entry);
+    }
+  });
+  return first ? first : firstShort;
+}
+
+bool HasTrustedListing(const std::string& folder) {
+  const auto known = TheCache().folders.find(folder);
+  return known != TheCache().folders.end() && known->second.stamp.isSettled();
+}
+
+bool Exists(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
+}
+
+}  // namespace
+
+FolderListing::FolderListing(std::vector<FolderEntry> entries) {
+  std::vector<std::pair<std::u16string, FolderEntry>> byFolded;
+  byFolded.reserve(entries.size());
+  for (FolderEntry& entry : entries) byFolded.emplace_back(FoldCase(entry.name), std::move(entry));
+  std::sort(byFolded.begin(), byFolded.end(), [](const auto& left, const auto& right) {
+    return std::tie(left.first, left.second.hostName) <
+           std::tie(right.first, right.second.hostName);
+  });
+  entries_.reserve(byFolded.size());
+  firstByFolded_.reserve(byFolded.size());
+  for (auto& [folded, entry] : byFolded) {
+    firstByFolded_.emplace(std::move(folded), entries_.size());
+    entries_.push_back(std::move(entry));
+  }
+}
+
+const FolderEntry* FolderListing::find(std::u16string_view name) const {
+  const std::u16string folded = FoldCase(name);
+  const auto first = firstByFolded_.find(folded);
+  if (first == firstByFolded_.end()) return MayBeMadeShort(name) ? findShort(folded) : nullptr;
+  for (std::size_t i = first->second; i < entries_.size(); ++i) {
+    if (entries_[i].name == name) return &entries_[i];
+    if (FoldCase(entries_[i].name) != folded) break;
+  }
+  return &entries_[first->second];
+}
+
+const FolderEntry* FolderListing::findShort(std::u16string_view folded) const {
+  if (!firstByShort_) {
+    firstByShort_.emplace();
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+      firstByShort_->emplace(FoldedShortName(entries_[i].name), i);
+  }
+  const auto first = firstByShort_->find(std::u16string(folded));
+  return first == firstByShort_->end() ? nullptr : &entries_[first->second];
+}
+
+const FolderListing* ListFolder(const std::string& folder) {
+  if (folder.empty()) return ListFolder("/");
+  Cache& cache = TheCache();
+  const std::int64_t now = FileClock();
+  const FileStamp stamp = StampOf(folder);
+  const auto known = cache.folders.find(folder);
+  if (known != cache.folders.end()) {
+    if (known->second.stamp.proves(stamp)) return &known->second.listing;
+    cache.entries -= known->second.listing.entries().size();
+    cache.folders.erase(known);
+  }
+  auto entries = ReadEntries(folder);
+  if (!entries) return nullptr;
+  ++cache.readings;
+  if (cache.entries + entries->size() > kMostEntries) {
+    cache.folders.clear();
+    cache.entries = 0;
+  }
+  cache.entries += entries->size();
+  CachedFolder read{FolderListing(std::move(*entries)), ReadingStamp(stamp, now)};
+  return &cache.folders.emplace(folder, std::move(read)).first->second.listing;
+}
+
+std::optional<std::string> FindInFolder(const std::string& folder, std::u16string_view name) {
+  // Asking for the exact name is cheaper than a reading, and all that a folder allows which may be
+  // passed but not read.
+  if (!HasTrustedListing(folder)) {
+    std::string exact = ToUtf8(name);
+    if (Exists(folder + "/" + exact)) return exact;
+    // A listing of a folder in which something has just changed would answer this once only.
+    if (!ReadingStamp(StampOf(folder), FileClock()).isSettled()) return ScanFolder(folder, name);
+  }
+  const FolderListing* listing = ListFolder(folder);
+  const FolderEntry* entry = listing != nullptr ? listing->find(name) : nullptr;
+  if (entry == nullptr) return std::nullopt;
+  return entry->hostName;
+}
+
+std::uint64_t FolderReadings() {
+  return TheCache().readings;
+}
+
+}  // namespace torvane::posix
