@@ -9,8 +9,11 @@
 
 int main(int count, char** arguments) {
   if (count == 5) {
-    return WritePrivateProfileStringA(arguments[2], arguments[3], arguments[4], arguments[1]) ? 0
-                                                                                              : 1;
+    if (!WritePrivateProfileStringA(arguments[2], arguments[3], arguments[4], arguments[1])) {
+      std::printf("%s can't be written: error %lu\n", arguments[1], GetLastError());
+      return 1;
+    }
+    return 0;
   }
   if (count != 3) {
     return 2;

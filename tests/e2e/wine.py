@@ -105,6 +105,18 @@ class Prefix:
 
     def run(self, *command, display=None, encoding=CONSOLE):
         """What one of Wine's commands prints; an error where it fails."""
+        for _ in range(3):
+            status, output = self.run_once(command, display, encoding)
+            # A server that is about to end drops a program which comes in that moment, before it has
+            # done anything; the next try meets a new server. A program itself says why it failed.
+            if not status or not (output.startswith('wine client error:0:') or not output.strip()):
+                break
+        if status:
+            raise RuntimeError(f'{" ".join(command)}: status {status}\n{output}')
+        return output
+
+    def run_once(self, command, display, encoding):
+        """The status of a command and what it printed."""
         environment = {**os.environ, **(display.environment if display else {}),
                        **self.environment}
         # What Wine leaves running in the background holds the pipe open, so a file takes the output.
@@ -113,10 +125,8 @@ class Prefix:
         with open(log, 'wb') as file:
             status = subprocess.run(command, env=environment, stdin=subprocess.DEVNULL, stdout=file,
                                     stderr=subprocess.STDOUT, check=False, timeout=300).returncode
-        output = open(log, 'rb').read().decode(encoding)
-        if status:
-            raise RuntimeError(f'{" ".join(command)}: status {status}\n{output}')
-        return output
+        with open(log, 'rb') as file:
+            return status, file.read().decode(encoding)
 
     def end(self):
         """Waits until Wine has ended on this prefix and written its registry."""
