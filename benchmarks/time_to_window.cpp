@@ -1,8 +1,9 @@
 // Starts programs by turns, so that a busy machine meets them all alike, and prints for each the
-// median of the seconds from its exec to the moment when the X server has mapped its main window:
-// the first top-level one of 600 pixels and more.
+// median of the seconds from its exec to the moment when its main window, the first top-level one
+// of 600 pixels and more, is painted: most of it has been drawn on the screen.
 #include <sys/wait.h>
 #include <unistd.h>
+#include <xcb/damage.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -29,10 +30,17 @@ struct FreeReply {
 template <class Reply>
 using Owned = std::unique_ptr<Reply, FreeReply>;
 
-bool IsMainWindow(xcb_connection_t* server, xcb_window_t window) {
-  const Owned<xcb_get_geometry_reply_t> shape(
-      xcb_get_geometry_reply(server, xcb_get_geometry(server, window), nullptr));
-  return shape && shape->width >= kMainWindowWidth;
+std::uint8_t DamageEvent(xcb_connection_t* server) {
+  return xcb_get_extension_data(server, &xcb_damage_id)->first_event;
+}
+
+/// Whether the event says that most of a main window among `windows` has been drawn. What the
+/// program before has drawn may be told late.
+bool IsPainted(const xcb_damage_notify_event_t& event, const std::vector<xcb_window_t>& windows) {
+  if (std::find(windows.begin(), windows.end(), event.drawable) == windows.end()) return false;
+  const auto square = [](const xcb_rectangle_t& place) { return place.width * place.height; };
+  return event.geometry.width >= kMainWindowWidth &&
+         square(event.area) * 2 > square(event.geometry);
 }
 
 std::optional<double> TimeToWindow(xcb_connection_t* server, char* program) {
@@ -46,13 +54,22 @@ std::optional<double> TimeToWindow(xcb_connection_t* server, char* program) {
   }
   alarm(kPatience);
   std::optional<double> seconds;
+  std::vector<xcb_window_t> windows;
   while (!seconds) {
     const Owned<xcb_generic_event_t> event(xcb_wait_for_event(server));
     if (!event) break;
-    if ((event->response_type & 0x7F) != XCB_MAP_NOTIFY) continue;
-    const auto* mapped = reinterpret_cast<const xcb_map_notify_event_t*>(event.get());
-    if (IsMainWindow(server, mapped->window))
+    const int kind = event->response_type & 0x7F;
+    if (kind == XCB_CREATE_NOTIFY) {
+      const auto* made = reinterpret_cast<const xcb_create_notify_event_t*>(event.get());
+      windows.push_back(made->window);
+      xcb_damage_create(server, xcb_generate_id(server), made->window,
+                        XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
+      xcb_flush(server);
+    } else if (kind == DamageEvent(server) + XCB_DAMAGE_NOTIFY &&
+               IsPainted(*reinterpret_cast<const xcb_damage_notify_event_t*>(event.get()),
+                         windows)) {
       seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    }
   }
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
@@ -65,6 +82,10 @@ int main(int argc, char** argv) {
   const std::vector<char*> programs(argv + 1, argv + argc);
   xcb_connection_t* server = xcb_connect(nullptr, nullptr);
   if (xcb_connection_has_error(server) != 0) return 1;
+  const Owned<xcb_damage_query_version_reply_t> version(xcb_damage_query_version_reply(
+      server, xcb_damage_query_version(server, XCB_DAMAGE_MAJOR_VERSION, XCB_DAMAGE_MINOR_VERSION),
+      nullptr));
+  if (!version) return 1;
   const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
   const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
   xcb_change_window_attributes(server, root, XCB_CW_EVENT_MASK, &mask);

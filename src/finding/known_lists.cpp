@@ -5,12 +5,22 @@
 
 namespace torvane {
 
+// Its rows are known to be right, and the start doesn't wait for them to be checked.
 std::vector<CategoryRow> CatalogueRows() {
   const auto bytes = DataResource(resource::kCatalogue);
-  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  OwnLists lists;
-  AddOwnLists(u"catalogue", text.substr(0, text.find('\0')), lists);
-  return std::move(lists.rows);
+  const auto* letters = reinterpret_cast<const char*>(bytes.data());
+  const Text text(letters, letters + bytes.size());
+  std::vector<CategoryRow> rows;
+  TextView category;
+  std::size_t end = 0;
+  for (std::size_t begin = 0; (end = text.find(u"\r\n", begin)) != Text::npos; begin = end + 2) {
+    const TextView line = TextView(text).substr(begin, end - begin);
+    if (line.starts_with(u'[')) category = line.substr(1, line.size() - 2);
+    const std::size_t equals = line.find(u'=');
+    if (equals == TextView::npos) continue;
+    rows.push_back({Text(category), EntryFromRow(line.substr(equals + 1))});
+  }
+  return rows;
 }
 
 std::optional<KnownList> ListOfRow(const CategoryRow& row) {

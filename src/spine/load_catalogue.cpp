@@ -1,9 +1,8 @@
 // The catalogue's way into the tree: a category a section, a program a row.
 
+#include "finding/known_lists.h"
 #include "platform/winapi.h"
-#include "readers/MruEntry.h"
 #include "spine/basMain.h"
-#include "storage/clsIni.h"
 
 namespace torvane {
 namespace {
@@ -12,37 +11,32 @@ namespace {
 constexpr int kClosedFolder = 1;
 constexpr int kProgram = 3;
 
-std::vector<Text> Rows(const clsIni& ini) {
-  std::vector<Text> keys;
+// The rows of one category stand together.
+std::int32_t CountCategories(const std::vector<CategoryRow>& rows) {
   std::int32_t count = 0;
-  ini.EnumerateCurrentSection(keys, count);
-  return keys;
-}
-
-void AddCategory(Tree& tree, clsIni& ini, const Text& section) {
-  ini.Section(section);
-  Node& category = tree.Nodes().Add(nullptr, NodeRelationship::None, section, kClosedFolder);
-  for (const Text& key : Rows(ini)) {
-    ini.Key(key);
-    const MruEntry entry = EntryFromRow(ini.Value());
-    tree.Nodes()
-        .Add(&category, NodeRelationship::Child, entry.EntryName, kProgram)
-        .Tag(NodeTag(entry));
+  for (std::size_t at = 0; at < rows.size(); ++at) {
+    if (at == 0 || rows[at].category != rows[at - 1].category) ++count;
   }
+  return count;
 }
 
 }  // namespace
 
+// The rows come from the resource. The file that was made of it would give the same by a call for
+// each row, and the layer reads a file that has only just been written anew at each of them.
 void LoadCatalogue(Tree& tree, const LoadProgress& progress) {
-  clsIni ini;
-  ini.Path(CatalogueFile());
-  std::vector<Text> sections;
-  std::int32_t count = 0;
-  ini.EnumerateAllSections(sections, count);
+  const std::vector<CategoryRow> rows = CatalogueRows();
+  const std::int32_t count = CountCategories(rows);
   std::int32_t number = 0;
-  for (const Text& section : sections) {
-    if (progress) progress(count, ++number, section);
-    AddCategory(tree, ini, section);
+  Node* category = nullptr;
+  for (const CategoryRow& row : rows) {
+    if (!category || category->Text() != row.category) {
+      if (progress) progress(count, ++number, row.category);
+      category = &tree.Nodes().Add(nullptr, NodeRelationship::None, row.category, kClosedFolder);
+    }
+    tree.Nodes()
+        .Add(category, NodeRelationship::Child, row.entry.EntryName, kProgram)
+        .Tag(NodeTag(row.entry));
   }
   DeleteFileW(Wide(CatalogueFile()));
 }

@@ -62,6 +62,14 @@ TEST_F(ExtractionTest, ATakenNameIsTriedAnew) {
   }
 }
 
+// It may hold tens of thousands of files.
+TEST_F(ExtractionTest, TheFolderIsntRead) {
+  TracedChild child(ExtractResources);
+  while (const auto number = child.next()) EXPECT_NE(*number, SYS_getdents64);
+  EXPECT_TRUE(child.endedWell());
+  EXPECT_EQ(Files(), 6U);
+}
+
 TEST_F(ExtractionTest, AFolderThatTakesNoFileIsTold) {
   setenv("TMPDIR", "/proc", 1);
   try {

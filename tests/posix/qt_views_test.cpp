@@ -137,6 +137,30 @@ class QtViewsTest : public testing::ScratchWorld {
   TestForm form_;
 };
 
+/// Hears of the pictures that a widget draws.
+class PictureWatch : public QObject {
+ public:
+  explicit PictureWatch(std::string& heard) : heard_(heard) {}
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) heard_ += "picture ";
+    return false;
+  }
+
+ private:
+  std::string& heard_;
+};
+
+TEST_F(QtViewsTest, WhatIsIdleWaitsForTheMainWindowsFirstPicture) {
+  form_.MenuBar().Add(u"View");
+  std::string heard;
+  CurrentToolkit().WhenIdle([&heard] { heard += "idle "; });
+  form_.Show();
+  PictureWatch watch(heard);
+  Rows().viewport()->installEventFilter(&watch);
+  for (int turn = 0; turn < 100 && !heard.ends_with("idle "); ++turn) CurrentToolkit().DoEvents();
+  EXPECT_EQ(heard.substr(0, 13), "picture idle ");
+}
+
 TEST_F(QtViewsTest, NodesAreChosenByLeftClickAndKeysOnly) {
   Node& first = form_.tree.Nodes().Add(nullptr, NodeRelationship::None, u"First", 0);
   form_.tree.Nodes().Add(&first, NodeRelationship::Child, u"Child", 0);

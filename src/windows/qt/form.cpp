@@ -19,7 +19,7 @@ constexpr PixelRect kMinimized{-32000, -32000, 160, 31};
 QtForm::QtForm(Form& form, const QtShared& shared, std::function<void()> gone)
     : form_(form),
       gone_(std::move(gone)),
-      window_(&MakeChild<FormWindow>(form, shared.writeBack)),
+      window_(&MakeChild<FormWindow>(form, shared)),
       record_(window_->client()) {
   QtForm::setCaption(form.Caption());
   QtForm::setClientSize({form.DesignWidth, form.DesignHeight});

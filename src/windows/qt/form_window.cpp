@@ -69,10 +69,14 @@ QPushButton* ButtonForKey(const QWidget& client, int key) {
 
 }  // namespace
 
-FormWindow::FormWindow(Form& form, WriteBack& writeBack)
-    : ArrangedWindow(FlagsOf(form.Border())), form_(&form), writeBack_(writeBack) {
-  FillMenuBar(menuBar(), form.MenuBar(),
-              [&writeBack](MenuItem& item) { writeBack.run([&item] { item.Click(); }); });
+FormWindow::FormWindow(Form& form, const QtShared& shared)
+    : ArrangedWindow(FlagsOf(form.Border())),
+      form_(&form),
+      writeBack_(shared.writeBack),
+      firstPainted_(shared.firstPainted) {
+  FillMenuBar(menuBar(), form.MenuBar(), [&writeBack = writeBack_](MenuItem& item) {
+    writeBack.run([&item] { item.Click(); });
+  });
   menuBar().setVisible(!menuBar().actions().isEmpty());
   if (form.Border() == BorderStyle::Sizable) {
     setMinimumSize(kLeastWindowWidth, menuBar().sizeHint().height());
@@ -114,7 +118,9 @@ void FormWindow::clientResized() {
 }
 
 void FormWindow::paintEvent(QPaintEvent* event) {
-  painted_ = true;
+  // Ahead of the display's asking the picture is drawn, but not seen.
+  const bool isSeen = windowHandle() && windowHandle()->isExposed();
+  if (isSeen && !std::exchange(painted_, true)) firstPainted_();
   QWidget::paintEvent(event);
 }
 

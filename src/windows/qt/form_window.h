@@ -5,21 +5,23 @@
 
 #include "windows/controls/form.h"
 #include "windows/qt/arranged_window.h"
+#include "windows/qt/shared.h"
 
 class QPushButton;
 
 namespace torvane {
 
-class WriteBack;
-
 class FormWindow : public ArrangedWindow {
  public:
-  FormWindow(Form& form, WriteBack& writeBack);
+  FormWindow(Form& form, const QtShared& shared);
 
   /// The form's view goes: no event reaches the form any more, a modal loop ends.
   void letGo();
   /// Sees to it that a visible window has been painted, for one that may go before its first event.
   void paintOnce();
+
+  /// Whether the window can be seen but has not been painted yet.
+  bool waitsForPaint() const { return isVisible() && !isMinimized() && !painted_; }
 
   /// Shows the window over `owner` and returns when the form is gone.
   void runModal(QWidget* owner);
@@ -42,6 +44,7 @@ class FormWindow : public ArrangedWindow {
 
   Form* form_;
   WriteBack& writeBack_;
+  std::function<void()> firstPainted_;
   QEventLoop* modalLoop_ = nullptr;
   bool closing_ = false;
   bool painted_ = false;

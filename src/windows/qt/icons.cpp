@@ -130,6 +130,11 @@ QIcon IconFromBytes(const QByteArray& bytes) {
 }
 
 const QIcon& QtIcons::shellIcon(int number) {
+  static const QIcon kBlank;
+  if (!readsTheme_ && posix::DescribeIcon(number).kind != posix::IconDescription::Kind::IconFile) {
+    isWanted_ = true;
+    return kBlank;
+  }
   const auto [place, fresh] = shellIcons_.try_emplace(number);
   if (fresh) place->second = MakeShellIcon(number);
   return place->second;

@@ -21,14 +21,22 @@ QCursor CursorOf(MousePointer pointer);
 /// The icons read so far. Lives as long as the application.
 class QtIcons {
  public:
-  /// The small icon behind a number of the shell's image list.
+  /// The small icon behind a number of the shell's image list; a null icon for one of the theme's
+  /// before readTheme().
   const QIcon& shellIcon(int number);
+  /// From here on the theme's icons are read. Gives whether one has been asked for and drawn blank.
+  bool readTheme() {
+    readsTheme_ = true;
+    return std::exchange(isWanted_, false);
+  }
   /// Icon resource `id`.
   const QIcon& resourceIcon(int id);
   /// The image of icon resource `id` to draw at a width of so many pixels.
   const QImage& resourceImage(int id, int pixels);
 
  private:
+  bool readsTheme_ = false;
+  bool isWanted_ = false;
   std::map<int, QIcon> shellIcons_;
   std::map<int, QIcon> resourceIcons_;
   std::map<std::pair<int, int>, QImage> resourceImages_;  ///< by number and width

@@ -1,6 +1,8 @@
 // What the toolkit lends to all its views.
 #pragma once
 
+#include <functional>
+
 #include "windows/qt/icons.h"
 #include "windows/qt/write_back.h"
 
@@ -10,6 +12,7 @@ namespace torvane {
 struct QtShared {
   QtIcons& icons;
   WriteBack& writeBack;
+  std::function<void()> firstPainted;  ///< runs when a window has its first picture
 };
 
 }  // namespace torvane

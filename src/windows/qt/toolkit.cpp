@@ -1,5 +1,7 @@
 #include "windows/qt/toolkit.h"
 
+#include <dlfcn.h>
+
 #include <QAbstractEventDispatcher>
 #include <QClipboard>
 #include <QFileDialog>
@@ -7,6 +9,7 @@
 #include <QShortcut>
 #include <algorithm>
 #include <cstdio>
+#include <thread>
 #include <utility>
 
 #include "platform/posix/disk/forget.h"
@@ -67,12 +70,28 @@ class ViewMaker : public ControlVisitor {
   QWidget* last_ = nullptr;
 };
 
+/// Reads the settings of fonts, which Qt would do before it measures the first text. It takes as
+/// long as opening the display, so it is done beside that. Where the library isn't found Qt has
+/// another source of fonts, or none.
+void ReadFontSettings() {
+  void* library = dlopen("libfontconfig.so.1", RTLD_LAZY);
+  if (!library) return;
+  if (void* init = dlsym(library, "FcInit")) reinterpret_cast<int (*)()>(init)();
+}
+
+/// The main window is the one with the menus.
+bool IsMainWindow(Form& form) {
+  return !form.MenuBar().Items().empty();
+}
+
 }  // namespace
 
 QtToolkit::QtToolkit(int& argumentCount, char** arguments)
     : argumentCount_(argumentCount), arguments_(arguments) {
   idle_.setSingleShot(true);
   QObject::connect(&idle_, &QTimer::timeout, &idle_, [this] {
+    if (waitsForPaint()) return;
+    showThemeIcons();
     for (const auto& work : std::exchange(idleWork_, {})) Deliver(work);
   });
 }
@@ -90,6 +109,7 @@ bool QtToolkit::Start() {
   }
   // The menu bar is the window's own; asking the session for another place would hold up the start.
   QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+  const std::jthread fonts(ReadFontSettings);
   application_ = std::make_unique<QApplication>(argumentCount_, arguments_);
   QApplication::setApplicationName(QStringLiteral("torvane"));
   QApplication::setDesktopFileName(QStringLiteral("torvane"));
@@ -114,14 +134,18 @@ bool QtToolkit::openWorld() {
     }
     const std::filesystem::path& root = posix::PrefixRoot();
     if (!posix::ChosenTitle().empty()) posix::KeepChoice(root);
-    for (const std::string& problem : posix::HiveProblems()) {
-      ShowMessage(TextOf(problem + "\n\nThe file is only read; nothing is written to it."),
-                  MB_OK | MB_ICONEXCLAMATION, ApplicationTitle());
-    }
     return true;
   } catch (const posix::PrefixError& error) {
     ShowMessage(TextOf(error.what()), MB_OK | MB_ICONERROR, ApplicationTitle());
     return false;
+  }
+}
+
+// Reading the hives takes longer than the rest of the start, so the window doesn't wait for it.
+void QtToolkit::tellProblems() {
+  for (const std::string& problem : posix::HiveProblems()) {
+    ShowMessage(TextOf(problem + "\n\nThe file is only read; nothing is written to it."),
+                MB_OK | MB_ICONEXCLAMATION, ApplicationTitle());
   }
 }
 
@@ -137,14 +161,16 @@ void QtToolkit::choosePrefix(Form& mainForm) {
 }
 
 void QtToolkit::MakeViews(Form& form) {
-  const QtShared shared{*icons_, writeBack_};
+  const auto firstPainted = [this, isMain = IsMainWindow(form)] {
+    if (isMain) idle_.start();
+  };
+  const QtShared shared{*icons_, writeBack_, firstPainted};
   auto view = std::make_unique<QtForm>(form, shared, [this, &form] { forget(form); });
   FormWindow& window = view->window();
   ViewMaker maker(window, shared);
   form.attachView(std::move(view));
   for (Control* control : form.Controls()) control->accept(maker);
-  // The form with the menus is the main window.
-  if (!form.MenuBar().Items().empty()) {
+  if (IsMainWindow(form)) {
     auto& shortcut = MakeChild<QShortcut>(QKeySequence(QKeySequence::Open), &window);
     QObject::connect(&shortcut, &QShortcut::activated, &window,
                      [this, &form] { choosePrefix(form); });
@@ -165,8 +191,11 @@ void QtToolkit::forget(const Form& form) {
 
 bool QtToolkit::Run() {
   running_ = true;
-  // The window is up by now: it needn't have waited for a large icon to be read.
-  QApplication::setWindowIcon(icons_->resourceIcon(resource::kApplicationIcon));
+  // The window doesn't wait for a large icon to be read.
+  WhenIdle([this] {
+    QApplication::setWindowIcon(icons_->resourceIcon(resource::kApplicationIcon));
+    tellProblems();
+  });
   if (!shown_.empty()) QApplication::exec();
   running_ = false;
   writeBack_.finish();
@@ -178,6 +207,25 @@ bool QtToolkit::Run() {
 
 void QtToolkit::DoEvents() {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+// A display takes a moment to ask for a new window's picture; what is to be done when nothing waits
+// would come in between. The window's first picture starts it.
+bool QtToolkit::waitsForPaint() const {
+  return std::any_of(shown_.begin(), shown_.end(), [](Form* form) {
+    const auto* view = dynamic_cast<const QtForm*>(form->view());
+    return view && IsMainWindow(*form) && view->window().waitsForPaint();
+  });
+}
+
+// Finding one icon in a theme can take hundreds of looks at files.
+void QtToolkit::showThemeIcons() {
+  if (!icons_ || !icons_->readTheme()) return;
+  for (const Form* form : shown_) {
+    const auto* view = dynamic_cast<const QtForm*>(form->view());
+    if (!view) continue;
+    for (QWidget* widget : view->window().findChildren<QWidget*>()) widget->update();
+  }
 }
 
 void QtToolkit::WhenIdle(std::function<void()> work) {

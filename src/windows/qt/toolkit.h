@@ -38,6 +38,12 @@ class QtToolkit : public Toolkit {
 
  private:
   bool openWorld();
+  /// Tells of the hives that are damaged or can't be read.
+  void tellProblems();
+  /// Whether a window has been shown whose first picture is to come.
+  bool waitsForPaint() const;
+  /// Draws the icons that the first picture went without.
+  void showThemeIcons();
   /// Lets the user turn to another prefix; the program then begins anew.
   void choosePrefix(Form& mainForm);
   /// The window that a box stands over: null only where no form has one.

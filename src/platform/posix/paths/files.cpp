@@ -160,9 +160,27 @@ void Fill(WIN32_FIND_DATAW& data, const FoundFile& file) {
   file.name.copy(data.cFileName, MAX_PATH - 1);
 }
 
+/// The name that GetTempFileName gave out last, without its ending.
+std::u16string& TemporaryName() {
+  static std::u16string name;
+  return name;
+}
+
+/// Where a new file goes. Nobody can have guessed the digits of a temporary name, so none that
+/// begins with them is there in another case, and the folder, which may be long, isn't read for it.
+std::optional<fs::path> PlaceOfNew(std::u16string_view windowsPath) {
+  const std::u16string& drawn = TemporaryName();
+  if (drawn.empty() || !windowsPath.starts_with(drawn)) return HostPathForNew(windowsPath);
+  const auto path = SplitWindowsPath(windowsPath);
+  if (!path || path->device || path->closed || !IsFileName(path->parts.back())) return std::nullopt;
+  const auto folder = FindFolderOf(*path);
+  if (!folder) return std::nullopt;
+  return *folder + "/" + ToUtf8(path->parts.back());
+}
+
 /// Opens a file that isn't there yet, for this user alone; follows no link.
 FileDescriptor MakeFile(std::u16string_view windowsPath) {
-  const auto host = HostPathForNew(windowsPath);
+  const auto host = PlaceOfNew(windowsPath);
   if (!host) {
     errno = ENOTDIR;
     return {};
@@ -293,7 +311,8 @@ UINT GetTempFileNameW(LPCWSTR folder, LPCWSTR prefix, UINT /*number*/, LPWSTR na
     if (number == 0) continue;
     std::array<char, 9> digits{};
     std::snprintf(digits.data(), digits.size(), "%08X", number);
-    const std::u16string path = front + FromUtf8(digits.data()) + u".tmp";
+    TemporaryName() = front + FromUtf8(digits.data());
+    const std::u16string path = TemporaryName() + u".tmp";
     if (path.size() >= static_cast<std::size_t>(MAX_PATH)) {
       SetLastError(kBufferOverflow);
       return 0;
