@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
@@ -223,9 +224,12 @@ void PrefixChoice::openFolder(const QString& folder) {
 }
 
 void PrefixChoice::pickFolder() {
-  const QString folder = QFileDialog::getExistingDirectory(this, tr("The folder of a Wine prefix"),
-                                                           FromPath(posix::HomeFolder()));
-  if (!folder.isEmpty()) openFolder(folder);
+  QFileDialog dialog(this, tr("The folder of a Wine prefix"), FromPath(posix::HomeFolder()));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  // Most prefixes lie below a folder whose name begins with a point.
+  dialog.setFilter(QDir::AllDirs | QDir::NoDotAndDotDot | QDir::Hidden);
+  if (dialog.exec() == QDialog::Accepted) openFolder(dialog.selectedFiles().front());
 }
 
 void PrefixChoice::choose(const posix::FoundPrefix& prefix) {
