@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -167,7 +168,9 @@ void PrefixChoice::arrange() {
   list_.header()->setStretchLastSection(true);
   constexpr int kWide = 108;
   constexpr int kHigh = 24;
-  resize(kWide * digit, kHigh * fontMetrics().lineSpacing());
+  // The frame and the desktop's bars want some room as well.
+  resize(QSize(kWide * digit, kHigh * fontMetrics().lineSpacing())
+             .boundedTo(screen()->availableSize() * 9 / 10));
 }
 
 void PrefixChoice::select(const std::filesystem::path& root) {
