@@ -303,6 +303,19 @@ TEST_F(WindowTest, OpensOneEntryAtATime) {
   EXPECT_EQ(recorder.messages[0].style, 0U);
 }
 
+TEST_F(WindowTest, AWindowThatIsGoneIsNotSubclassedAndTheErrorIsItsOwn) {
+  Start();
+  const auto gone = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0xABCDE));
+  RecordingToolkit recorder(&CurrentToolkit());
+  EXPECT_FALSE(SubclassWindow(gone, ListWindowProc, nullptr));
+  ASSERT_EQ(recorder.messages.size(), 1U);
+  EXPECT_EQ(recorder.messages[0].text,
+            u"Error subclassing window &HABCDE\r\n\r\nErr# 1400: the window's procedure can't be "
+            u"replaced");
+  EXPECT_EQ(recorder.messages[0].style, static_cast<UINT>(MB_ICONEXCLAMATION));
+  EXPECT_FALSE(UnsubclassWindow(gone));
+}
+
 TEST_F(WindowTest, ListKeepsTheShellsImageListWhileSubclassed) {
   frmMain& form = Start();
   const HWND window = form.lvwMRU.hWnd();

@@ -52,7 +52,7 @@ LRESULT CallOld(HANDLE old, HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) 
 void ShowSubclassError(HWND hWnd, DWORD error) {
   std::ostringstream message;
   message << "Error subclassing window &H" << std::hex << std::uppercase
-          << reinterpret_cast<std::uintptr_t>(hWnd) << "\r\n"
+          << reinterpret_cast<std::uintptr_t>(hWnd) << "\r\n\r\n"
           << "Err# " << std::dec << error << ": the window's procedure can't be replaced";
   CurrentToolkit().ShowMessage(FromAnsi(message.str()), MB_ICONEXCLAMATION, ApplicationTitle());
 }

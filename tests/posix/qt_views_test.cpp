@@ -31,6 +31,7 @@
 #include "windows/controls/picture_box.h"
 #include "windows/controls/tree.h"
 #include "windows/frmSplash.h"
+#include "windows/qt/drawing.h"
 #include "windows/qt/write_back.h"
 
 namespace torvane {
@@ -538,6 +539,20 @@ TEST_F(QtViewsTest, TheBoxOfAFailedWriteTellsWhatStands) {
   const QString slipped = afterCommand();
   EXPECT_TRUE(slipped.contains("is written, but not for certain: Input/output error\n\n"));
   EXPECT_TRUE(slipped.contains("has the changes"));
+}
+
+TEST_F(QtViewsTest, LinksFollowTheThemeWhileTheyAreShown) {
+  form_.link.ForeColor = SystemColor::HotLight;
+  Show();
+  const QPalette usual = QApplication::palette();
+  QPalette dark(QColor(40, 40, 40));
+  dark.setColor(QPalette::Link, QColor(0, 0, 255));
+  QApplication::setPalette(dark);
+  CurrentToolkit().DoEvents();
+  const QPalette colours = Find<QLabel>("Link").palette();
+  EXPECT_EQ(colours.color(QPalette::Window), dark.color(QPalette::Window));
+  EXPECT_EQ(colours.color(QPalette::WindowText), LinkColor(dark));
+  QApplication::setPalette(usual);
 }
 
 TEST_F(QtViewsTest, TextsHaveTheirRoomInAnyFontOfTheDesktop) {

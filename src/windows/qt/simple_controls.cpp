@@ -45,6 +45,13 @@ LabelWidget::LabelWidget(Label& model, WriteBack& writeBack, QWidget* parent)
   setTextFormat(Qt::PlainText);
 }
 
+void LabelWidget::changeEvent(QEvent* event) {
+  QLabel::changeEvent(event);
+  // A retired widget has outlived the view that would hear it.
+  const bool heard = themeChanged && !signalsBlocked();
+  if (event->type() == QEvent::PaletteChange && heard) themeChanged();
+}
+
 void LabelWidget::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !rect().contains(event->position().toPoint())) return;
   writeBack_.run([&model = model_] { model.Click(); });
@@ -69,6 +76,7 @@ void LabelWidget::paintEvent(QPaintEvent* event) {
 
 QtLabel::QtLabel(Label& model, const QtShared& shared, QWidget& parent)
     : QtControl(model, shared, {}, model, shared.writeBack, &parent), model_(model) {
+  widget().themeChanged = [this] { QtLabel::modelChanged(); };
   QtLabel::setMousePointer(model.Pointer());
 }
 
@@ -81,11 +89,12 @@ void QtLabel::setMousePointer(MousePointer pointer) {
 
 void QtLabel::modelChanged() {
   LabelWidget& label = widget();
-  QPalette colours = label.parentWidget()->palette();
+  const QPalette& theme = label.parentWidget()->palette();
   const bool link = model_.ForeColor == SystemColor::HotLight;
-  colours.setColor(QPalette::WindowText,
-                   link ? LinkColor(colours) : ThemeColor(colours, model_.ForeColor));
-  label.setPalette(colours);
+  // All other colours stay the theme's, also when it changes.
+  QPalette own;
+  own.setColor(QPalette::WindowText, link ? LinkColor(theme) : ThemeColor(theme, model_.ForeColor));
+  label.setPalette(own);
   label.setFont(Scaled(label.parentWidget()->font(), model_.FontScale, model_.FontBold));
   label.setWordWrap(model_.WordWrap);
   label.setAlignment(Qt::AlignLeft | (model_.WordWrap ? Qt::AlignTop : Qt::AlignVCenter));

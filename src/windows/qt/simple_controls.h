@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <functional>
 
 #include "windows/controls/picture_box.h"
 #include "windows/controls/simple_controls.h"
@@ -17,7 +18,10 @@ class LabelWidget : public QLabel {
  public:
   LabelWidget(Label& model, WriteBack& writeBack, QWidget* parent);
 
+  std::function<void()> themeChanged;
+
  protected:
+  void changeEvent(QEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;

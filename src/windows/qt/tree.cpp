@@ -113,7 +113,9 @@ void TreeWidget::resizeEvent(QResizeEvent* event) {
 
 void TreeWidget::changeEvent(QEvent* event) {
   QTreeWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && themeChanged) themeChanged();
+  // A retired widget has outlived the view that would hear it.
+  const bool heard = themeChanged && !signalsBlocked();
+  if (event->type() == QEvent::PaletteChange && heard) themeChanged();
 }
 
 QtTree::QtTree(Tree& model, const QtShared& shared, QWidget& parent)
