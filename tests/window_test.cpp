@@ -306,12 +306,16 @@ TEST_F(WindowTest, OpensOneEntryAtATime) {
 TEST_F(WindowTest, AWindowThatIsGoneIsNotSubclassedAndTheErrorIsItsOwn) {
   Start();
   const auto gone = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0xABCDE));
+  SetLastError(ERROR_SUCCESS);
+  ASSERT_EQ(SetWindowLongPtrW(gone, GWLP_WNDPROC, 1), 0);
+  const DWORD error = GetLastError();
+  ASSERT_NE(error, static_cast<DWORD>(ERROR_SUCCESS));
   RecordingToolkit recorder(&CurrentToolkit());
   EXPECT_FALSE(SubclassWindow(gone, ListWindowProc, nullptr));
   ASSERT_EQ(recorder.messages.size(), 1U);
-  EXPECT_EQ(recorder.messages[0].text,
-            u"Error subclassing window &HABCDE\r\n\r\nErr# 1400: the window's procedure can't be "
-            u"replaced");
+  EXPECT_EQ(recorder.messages[0].text, u"Error subclassing window &HABCDE\r\n\r\nErr# " +
+                                           Decimal(static_cast<int>(error)) +
+                                           u": the window's procedure can't be replaced");
   EXPECT_EQ(recorder.messages[0].style, static_cast<UINT>(MB_ICONEXCLAMATION));
   EXPECT_FALSE(UnsubclassWindow(gone));
 }
