@@ -59,7 +59,9 @@ void AddEntries(const ShownList& shown, List& list) {
 }
 
 void ReadInto(ShownList& shown, List& list) {
-  shown.picture = std::make_shared<const StorePicture>(shown.store->Read());
+  StorePicture picture = shown.store->Read();
+  picture.values.shrink_to_fit();
+  shown.picture = std::make_shared<const StorePicture>(std::move(picture));
   AddEntries(shown, list);
 }
 

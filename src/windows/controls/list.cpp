@@ -1,14 +1,18 @@
 #include "windows/controls/list.h"
 
 namespace torvane {
+namespace {
+
+const Text kNoText;
+
+}  // namespace
 
 ListItem::ListItem(List& list, int index, torvane::Text text)
-    : list_(list), index_(index), text_(std::move(text)) {}
+    : list_(list), index_(index), text_(std::move(text)), tag_(&kNoText) {}
 
 const torvane::Text& ListItem::SubItems(int column) const {
-  static const torvane::Text kNone;
   const auto slot = static_cast<std::size_t>(column - 1);
-  return slot < subItems_.size() ? subItems_[slot] : kNone;
+  return slot < subItems_.size() ? subItems_[slot] : kNoText;
 }
 
 torvane::Text ListItem::Shown(int column) const {
@@ -22,6 +26,10 @@ void ListItem::SubItems(int column, torvane::Text text) {
   if (slot >= subItems_.size()) subItems_.resize(slot + 1);
   subItems_[slot] = std::move(text);
   if (ListView* view = list_.view()) view->itemChanged(*this);
+}
+
+void ListItem::Tag(const torvane::Text& tag) {
+  tag_ = list_.ListItems().keptTag(tag);
 }
 
 bool ListItem::Selected() const {
@@ -71,6 +79,7 @@ int ListItemCollection::RemoveWhere(const std::function<bool(const ListItem&)>& 
 
 void ListItemCollection::Clear() {
   items_.clear();
+  tags_.clear();
   if (ListView* view = list_.view()) view->itemsCleared();
 }
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "windows/controls/control.h"
@@ -24,9 +25,9 @@ class ListItem {
   /// What a cell of column `column` + 1, from 0 on, shows: the text, or the front of a long one
   /// with an ellipsis. To lay out a text of a million characters takes a view seconds.
   ::torvane::Text Shown(int column) const;
-  /// A text that the program owns.
-  const ::torvane::Text& Tag() const { return tag_; }
-  void Tag(::torvane::Text tag) { tag_ = std::move(tag); }
+  /// A text that the program owns. The list keeps one that many of its rows have once.
+  const ::torvane::Text& Tag() const { return *tag_; }
+  void Tag(const ::torvane::Text& tag);
   /// A number that the program owns.
   std::size_t Number() const { return number_; }
   void Number(std::size_t number) { number_ = number; }
@@ -48,7 +49,7 @@ class ListItem {
   int index_;
   bool selected_ = false;
   ::torvane::Text text_;
-  ::torvane::Text tag_;
+  const ::torvane::Text* tag_;  ///< the collection's
   std::size_t number_ = 0;
   TextView imageNote_;
   std::vector<::torvane::Text> subItems_;
@@ -114,8 +115,14 @@ class ListItemCollection {
   }
 
  private:
+  friend class ListItem;
+
+  /// The one text of the rows' tags that is equal, kept until Clear().
+  const Text* keptTag(const Text& tag) { return &*tags_.insert(tag).first; }
+
   List& list_;
   std::vector<std::unique_ptr<ListItem>> items_;
+  std::set<Text> tags_;
 };
 
 /// What a list was filled from; the program knows what it is.
