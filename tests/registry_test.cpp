@@ -227,24 +227,6 @@ TEST_F(RegistryTest, RightsAndHandlesAreChecked) {
   }
 }
 
-TEST_F(RegistryTest, WalksTheKeysBelowInTheOrderOfTheirNames) {
-  for (const char* name : {"b", "a\\deep", "C", "\u65E5\u672C", "\u0416", "a-"}) Make(name);
-  std::string names;
-  Text name(8, u'\0');
-  DWORD size = 8;
-  LSTATUS status = ERROR_SUCCESS;
-  for (DWORD index = 0; status == ERROR_SUCCESS; ++index, size = 8) {
-    status =
-        RegEnumKeyExW(key_, index, WideBuffer(name), &size, nullptr, nullptr, nullptr, nullptr);
-    if (status == ERROR_SUCCESS) names += Utf8(TextView(name).substr(0, size)) + "|";
-  }
-  EXPECT_EQ(status, ERROR_NO_MORE_ITEMS);
-  EXPECT_EQ(names, "a|a-|b|C|\u0416|\u65E5\u672C|");
-  size = 1;
-  EXPECT_EQ(RegEnumKeyExW(key_, 0, WideBuffer(name), &size, nullptr, nullptr, nullptr, nullptr),
-            ERROR_MORE_DATA);
-}
-
 TEST_F(RegistryTest, TellsCountsAndLongestLengths) {
   Make("one");
   Make("longer one");

@@ -53,13 +53,14 @@ std::optional<FoundList> ListOfKey(const Text& key, const StorePicture& picture)
 }
 
 bool MayBeList(TextView key, std::span<const Text> firstNames) {
-  if (firstNames.empty()) return false;
-  if (IsOfficeKey(key)) return true;
-  const bool keySays = SaysRecent(LastName(key));
-  return std::any_of(firstNames.begin(), firstNames.end(), [&](const Text& name) {
+  // Most keys are told by what is looked at first.
+  std::vector<TextView> prefixes;
+  for (const Text& name : firstNames) {
     const NumberedName parts = TakeApart(name);
-    return !parts.digits.empty() && (keySays || SaysRecent(parts.prefix));
-  });
+    if (!parts.digits.empty()) prefixes.push_back(parts.prefix);
+  }
+  if (!prefixes.empty() && SaysRecent(LastName(key))) return true;
+  return std::any_of(prefixes.begin(), prefixes.end(), SaysRecent) || IsOfficeKey(key);
 }
 
 }  // namespace torvane

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "finding/found_list.h"
+#include "platform/key_walk.h"
 #include "storage/names.h"
 
 namespace torvane {
@@ -14,9 +15,6 @@ class ListFinder {
  public:
   /// `known` are the keys, from what stands behind "Software\" on, that are shown already.
   explicit ListFinder(NameSet known);
-  ListFinder(const ListFinder&) = delete;
-  ListFinder& operator=(const ListFinder&) = delete;
-  ~ListFinder();
 
   /// Looks on for about so long, and gives whether all keys have been looked at.
   bool Look(std::chrono::steady_clock::duration time);
@@ -24,14 +22,12 @@ class ListFinder {
   std::vector<FoundList> Lists() &&;
 
  private:
-  class Level;
-  void Step();
   void Examine();
 
   NameSet known_;
-  std::vector<Level> levels_;  ///< the keys on the way to the one in hand
+  std::unique_ptr<KeyWalk> walk_;
+  WalkedKey key_;  ///< the one in hand
   std::vector<FoundList> lists_;
-  Text name_;  ///< room for a name
 };
 
 }  // namespace torvane

@@ -74,6 +74,8 @@ std::optional<OfficeItem> ReadOfficeItem(TextView text) {
 }
 
 bool IsOfficeKey(TextView key) {
+  const TextView last = key.substr(key.rfind(u'\\') + 1);
+  if (!SameName(last, u"File MRU") && !SameName(last, u"Place MRU")) return false;
   std::vector<TextView> parts;
   for (std::size_t begin = 0; begin <= key.size();) {
     const std::size_t end = std::min(key.find(u'\\', begin), key.size());
@@ -82,8 +84,7 @@ bool IsOfficeKey(TextView key) {
   }
   const bool isOfUser = parts.size() == 7 && SameName(parts[4], u"User MRU");
   if (parts.size() != 5 && !isOfUser) return false;
-  return SameName(parts[0], u"Microsoft") && SameName(parts[1], u"Office") && IsVersion(parts[2]) &&
-         (SameName(parts.back(), u"File MRU") || SameName(parts.back(), u"Place MRU"));
+  return SameName(parts[0], u"Microsoft") && SameName(parts[1], u"Office") && IsVersion(parts[2]);
 }
 
 bool HasOfficeItems(const StorePicture& picture) {

@@ -181,9 +181,6 @@ LSTATUS RegDeleteValueW(HKEY key, LPCWSTR name);
 /// units: with the NUL going in, without it coming out.
 LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* nameSize, DWORD* reserved,
                       DWORD* type, BYTE* data, DWORD* dataSize);
-/// The key at a 0-based index below another, in the order of their names without case.
-LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* nameSize, DWORD* reserved,
-                      LPWSTR className, DWORD* classSize, FILETIME* lastWrite);
 /// Counts and longest lengths, in units without the NUL for names, in bytes for data.
 LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR className, DWORD* classSize, DWORD* reserved,
                          DWORD* subKeys, DWORD* longestSubKey, DWORD* longestClass, DWORD* values,

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <numeric>
-#include <tuple>
 #include <utility>
 
 #include "platform/posix/disk/earlier_texts.h"
@@ -217,34 +215,12 @@ KeySummary HiveImage::summary(KeyId key) const {
   return {nodes_[key].subkeys, nodes_[key].longestSubkey, nodes_[key].longestClass};
 }
 
-std::u16string HiveImage::name(KeyId key) const {
-  const std::u16string path = DecodeText(nodes_[key].escapedPath());
-  return path.substr(path.rfind(u'\\') + 1);
-}
-
-/// Puts the keys behind those that they lie below. Keys come and never go: their number tells
-/// whether what stands there holds.
-void HiveImage::sortChildren() const {
-  firstChild_.assign(nodes_.size() + 1, 0);
-  children_.resize(nodes_.size());
-  std::vector<std::u16string> names(nodes_.size());
-  std::iota(children_.begin(), children_.end(), kRootKey);
-  for (KeyId key = 1; key < nodes_.size(); ++key) {
-    names[key] = FoldCase(name(key));
-    ++firstChild_[nodes_[key].parent + 1];
+bool HiveImage::isBelow(KeyId key, KeyId above) const {
+  while (key != kRootKey) {
+    key = nodes_[key].parent;
+    if (key == above) return true;
   }
-  std::partial_sum(firstChild_.begin(), firstChild_.end(), firstChild_.begin());
-  std::sort(children_.begin() + 1, children_.end(), [&](KeyId left, KeyId right) {
-    return std::tie(nodes_[left].parent, names[left]) <
-           std::tie(nodes_[right].parent, names[right]);
-  });
-  children_.erase(children_.begin());  // the root is nobody's
-}
-
-std::optional<KeyId> HiveImage::child(KeyId key, std::size_t index) const {
-  if (firstChild_.size() != nodes_.size() + 1) sortChildren();
-  if (index >= nodes_[key].subkeys) return std::nullopt;
-  return children_[firstChild_[key] + index];
+  return false;
 }
 
 std::vector<std::string_view> HiveImage::textsOf(KeyId key) const {
@@ -261,23 +237,27 @@ KeyValues& HiveImage::values(KeyId key) {
   return *values;
 }
 
-std::optional<std::u16string> HiveImage::frontName(KeyId key, std::size_t index) const {
+std::vector<std::u16string> HiveImage::frontNames(KeyId key) {
+  constexpr std::size_t kFront = 2;
+  std::vector<std::u16string> names;
   const std::uint32_t record = nodes_[key].firstRecord;
-  const bool isInOnePiece = record != kNone && records_[record].next == kNone;
-  if (index > 1 || !isInOnePiece || values_.contains(key)) return std::nullopt;
+  const bool isTouched = values_.contains(key);
+  if (record == kNone && !isTouched) return names;
+  if (isTouched || records_[record].next != kNone) {
+    const KeyValues& all = values(key);
+    for (std::size_t n = 0; n < std::min(kFront, all.count()); ++n)
+      names.push_back(all.at(n)->decodedName());
+    return names;
+  }
   LineScanner scanner(records_[record].view());
   HiveLine line;
-  std::optional<std::string> first;
-  while (scanner.next(line)) {
+  while (names.size() < kFront && scanner.next(line)) {
     if (line.kind != HiveLine::Kind::Value || line.problem != nullptr) continue;
-    if (index == 0) return DecodeText(line.name);
     // A name that stands there twice is one value.
-    if (first) {
-      return SameName(*first, line.name) ? std::nullopt : std::optional(DecodeText(line.name));
-    }
-    first = line.name;
+    if (names.empty() || !SameName(line.name, names.front()))
+      names.push_back(DecodeText(line.name));
   }
-  return std::nullopt;
+  return names;
 }
 
 std::optional<HiveImage::Link> HiveImage::findLink(std::u16string_view path) {

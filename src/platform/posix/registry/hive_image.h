@@ -68,14 +68,13 @@ class HiveImage {
   KeyId create(std::u16string_view path);
   KeySummary summary(KeyId key) const;
   KeyValues& values(KeyId key);
-  /// The name of the first or second value of a key that hasn't been touched, without reading the
-  /// others; nothing where values() is to be asked.
-  std::optional<std::u16string> frontName(KeyId key, std::size_t index) const;
-  /// The key at a 0-based index below another, in the order of their names without case; nothing
-  /// behind the last. After the first call going through all keys costs the same for each.
-  std::optional<KeyId> child(KeyId key, std::size_t index) const;
-  /// The last part of a key's path.
-  std::u16string name(KeyId key) const;
+  /// The names of a key's first two values, without reading the others of one that hasn't been
+  /// touched.
+  std::vector<std::u16string> frontNames(KeyId key);
+  /// All keys have numbers below this.
+  std::size_t keyCount() const { return nodes_.size(); }
+  bool isBelow(KeyId key, KeyId above) const;
+  std::u16string path(KeyId key) const { return DecodeText(nodes_[key].escapedPath()); }
 
   /// The uppermost key on the way to `path`, itself included, that is a symbolic link.
   struct Link {
@@ -142,7 +141,6 @@ class HiveImage {
   template <typename Path>
   KeyId findKey(std::uint32_t hash, Path path) const;
   std::vector<std::string_view> textsOf(KeyId key) const;
-  void sortChildren() const;
   std::string earlierName(KeyId key, const std::string& file) const;
   void keepEarlier(KeyId key, const std::string& file) const;
   std::string renderKey(KeyId key, std::uint64_t time, const std::string& file) const;
@@ -158,8 +156,6 @@ class HiveImage {
   NameIndex index_;                  ///< by path
   std::vector<Ancestor> ancestors_;  ///< of the path in hand
   std::size_t links_ = 0;
-  mutable std::vector<KeyId> children_;          ///< of all keys, those of one key side by side
-  mutable std::vector<std::size_t> firstChild_;  ///< by key, where its children begin
   mutable std::u16string lastPath_;  ///< what was found last: a list opens one key for each value
   mutable KeyId lastFound_ = kNone;
   std::deque<std::string> ownPaths_;

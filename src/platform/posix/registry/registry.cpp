@@ -210,36 +210,14 @@ LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* nameSize, DWORD
                       BYTE* data, DWORD* dataSize) {
   if (name == nullptr || nameSize == nullptr || (data != nullptr && dataSize == nullptr))
     return ERROR_INVALID_PARAMETER;
-  OpenValues open = FindOpen(key, KEY_QUERY_VALUE);
+  const OpenValues open = ValuesOf(key, KEY_QUERY_VALUE);
   if (open.status != ERROR_SUCCESS) return open.status;
-  HiveImage& image = open.key->hive().image();
-  if (type == nullptr && dataSize == nullptr) {
-    // Whoever looks at the front names of many keys needn't wait for all their values.
-    if (const auto front = image.frontName(open.id, index))
-      return GiveName(*front, name, *nameSize);
-  }
-  open.values = &image.values(open.id);
   const auto value = open.values->at(index);
   if (!value) return ERROR_NO_MORE_ITEMS;
   // The data's type and size are told also where a buffer is too small.
   const LSTATUS status = GiveValue(value->data, type, data, dataSize);
   const LSTATUS nameStatus = GiveName(value->decodedName(), name, *nameSize);
   return nameStatus != ERROR_SUCCESS ? nameStatus : status;
-}
-
-LSTATUS RegEnumKeyExW(HKEY handle, DWORD index, LPWSTR name, DWORD* nameSize, DWORD*,
-                      LPWSTR className, DWORD* classSize, FILETIME* lastWrite) {
-  if (name == nullptr || nameSize == nullptr) return ERROR_INVALID_PARAMETER;
-  const OpenValues open = FindOpen(handle, KEY_ENUMERATE_SUB_KEYS);
-  if (open.status != ERROR_SUCCESS) return open.status;
-  HiveImage& image = open.key->hive().image();
-  const auto child = image.child(open.id, index);
-  if (!child) return ERROR_NO_MORE_ITEMS;
-  const LSTATUS status = GiveName(image.name(*child), name, *nameSize);
-  if (status != ERROR_SUCCESS) return status;
-  if (lastWrite != nullptr) *lastWrite = FileTimeOf(image.values(*child).time());
-  if (className == nullptr && classSize == nullptr) return ERROR_SUCCESS;
-  return GiveClass(image.values(*child).className(), className, classSize);
 }
 
 LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
