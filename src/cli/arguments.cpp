@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <sstream>
 
 #include "cli/exit_status.h"
 #include "cli/utf8.h"
@@ -42,30 +43,48 @@ std::vector<Text> Texts(const std::vector<std::string>& words) {
   return texts;
 }
 
+// The library would take a word in square brackets for several.
+CLI::Option& AddWord(CLI::App& command, const char* name, std::vector<std::string>& words,
+                     const char* description) {
+  return *command.add_option(name, words, description)->allow_extra_args(false);
+}
+
+// The same with as many words as follow.
+CLI::Option& AddWords(CLI::App& command, const char* name, std::vector<std::string>& words,
+                      const char* description) {
+  constexpr int kMany = 1 << 20;
+  return *AddWord(command, name, words, description).expected(1, kMany);
+}
+
+// An option whose word says where. An empty one is a variable that isn't set, and what would be
+// done without the option isn't what is meant.
+CLI::Option& AddPlace(CLI::App& command, const char* name, std::string& word,
+                      const char* description) {
+  return *command.add_option(name, word, description)->check([](const std::string& given) {
+    return given.empty() ? std::string("it is empty") : std::string();
+  });
+}
+
 void AddListName(CLI::App& command, Words& words) {
-  command.add_option("LIST", words.lists, "the list, as \"lists\" names it")
-      ->required()
-      ->expected(1);
+  AddWord(command, "LIST", words.lists, "the list, as \"lists\" names it").required()->expected(1);
 }
 
 void AddFolder(CLI::App& command, Words& words) {
-  command.add_option("--ini-folder", words.iniFolder,
-                     "the Windows folder of the list's INI file, where it isn't known yet; it is "
-                     "remembered");
+  AddPlace(command, "--ini-folder", words.iniFolder,
+           "the Windows folder of the list's INI file, where it isn't known yet; it is remembered")
+      .type_name("FOLDER");
 }
 
 void AddWish(CLI::App& command, Words& words, Wish& wish) {
-  command.add_option("--keep", words.keep, "keep entries like this; can be given often")
-      ->type_name("PATTERN")
-      ->take_all();
+  AddWord(command, "--keep", words.keep, "keep entries like this; can be given often")
+      .type_name("PATTERN");
   command.add_flag("--unreachable", wish.takesUnreachable,
                    "take entries on drives or servers that can't be reached for missing");
   command.add_flag("--dry-run", wish.isDryRun, "say what would go, and touch nothing");
-  command
-      .add_option("--backup", wish.backup,
-                  "write what is stored to this new .reg file first; what lies in INI files goes "
-                  "to FILE.ini")
-      ->type_name("FILE");
+  AddPlace(command, "--backup", wish.backup,
+           "write what is stored to this new .reg file first; what lies in INI files goes to "
+           "FILE.ini")
+      .type_name("FILE");
 }
 
 void AddDelete(CLI::App& app, Words& words, Arguments& arguments) {
@@ -74,10 +93,10 @@ void AddDelete(CLI::App& app, Words& words, Arguments& arguments) {
   CLI::Option_group& which = *command.add_option_group("which", "which entries; one of these");
   which.add_flag("--missing", words.isMissing, "those whose file or folder is gone");
   which.add_flag("--all", words.isAll, "all");
-  which.add_option("--entry", words.entries, "these, as \"show\" has them in its text")
-      ->type_name("TEXT");
-  which.add_option("--match", words.patterns, "those like these; * and ? stand for characters")
-      ->type_name("PATTERN");
+  AddWords(which, "--entry", words.entries, "these, as \"show\" prints them in one piece")
+      .type_name("TEXT");
+  AddWords(which, "--match", words.patterns, "those like these; * and ? stand for characters")
+      .type_name("PATTERN");
   which.require_option(1);
   AddWish(command, words, arguments.wish);
   AddFolder(command, words);
@@ -87,8 +106,8 @@ void AddDelete(CLI::App& app, Words& words, Arguments& arguments) {
 void AddClean(CLI::App& app, Words& words, Arguments& arguments) {
   CLI::App& command = *app.add_subcommand("clean", "delete the missing entries of all lists");
   command.add_flag("--missing", words.isMissing, "those whose file or folder is gone")->required();
-  command.add_option("--category", words.categories, "only in lists of these categories")
-      ->type_name("NAME");
+  AddWords(command, "--category", words.categories, "only in lists of these categories")
+      .type_name("NAME");
   AddWish(command, words, arguments.wish);
   command.callback([&arguments] { arguments.command = Command::Clean; });
 }
@@ -103,9 +122,8 @@ void AddReading(CLI::App& app, Words& words, Arguments& arguments) {
   show.callback([&arguments] { arguments.command = Command::Show; });
   CLI::App& exported = *app.add_subcommand("export", "the keys of lists as a .reg file");
   exported.add_option("LIST", words.lists, "the lists, as \"lists\" names them")->required();
-  exported
-      .add_option("-o,--output", arguments.output, "a new file, else it goes to standard output")
-      ->type_name("FILE");
+  AddPlace(exported, "-o,--output", arguments.output, "a new file, else it goes to standard output")
+      .type_name("FILE");
   exported.callback([&arguments] { arguments.command = Command::Export; });
   app.add_subcommand("prefixes", "the Wine prefixes that are found")->callback([&arguments] {
     arguments.command = Command::Prefixes;
@@ -144,8 +162,8 @@ ReadArguments ReadCommandLine(const std::vector<std::string>& words) {
   app.footer(kFooter);
   app.set_version_flag("--version", VersionLine());
   app.add_flag("--json", isJson, "print JSON; docs/torvane-cli.schema.json describes it");
-  app.add_option("--prefix", arguments.prefix, "the Wine prefix: its folder, or a found name")
-      ->type_name("FOLDER|NAME");
+  AddPlace(app, "--prefix", arguments.prefix, "the Wine prefix: its folder, or a found name")
+      .type_name("FOLDER|NAME");
   AddReading(app, raw, arguments);
   AddDelete(app, raw, arguments);
   AddClean(app, raw, arguments);
@@ -154,7 +172,9 @@ ReadArguments ReadCommandLine(const std::vector<std::string>& words) {
     app.parse(backwards);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
-      read.status = app.exit(error);
+      std::ostringstream answer;
+      app.exit(error, answer);
+      read.status = Printed(PrintBytes(answer.str()));
     } else {
       PrintError(std::string(error.what()) + " (--help says how it is called)");
       read.status = status::kCalledWrongly;

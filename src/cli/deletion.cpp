@@ -118,8 +118,8 @@ bool HasAllEntries(const std::vector<Task>& tasks, const Wish& wish, DeletionRep
     });
     if (isThere) continue;
     report.status = status::kNoSuch;
-    report.errors.push_back("There is no entry " + ToUtf8(text) +
-                            "; \"show\" prints them. Nothing has been changed.");
+    report.errors.push_back("There is no entry \"" + ToUtf8(text) +
+                            "\"; \"show\" prints them. Nothing has been changed.");
   }
   return report.status == status::kDone;
 }

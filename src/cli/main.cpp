@@ -8,22 +8,17 @@
 #include "cli/reg_file.h"
 #include "cli/utf8.h"
 #include "platform/console.h"
+#include "platform/extras.h"
 #include "storage/raised_error.h"
 
 namespace torvane {
 namespace {
 
-int Printed(bool reached) {
-  if (reached) return status::kDone;
-  PrintError("the output can't be written.");
-  return status::kFailed;
-}
-
 const NamedList* FindList(const std::vector<NamedList>& lists, const Text& name) {
   const auto found =
       std::ranges::find_if(lists, [&](const NamedList& list) { return SameName(list.name, name); });
   if (found != lists.end()) return &*found;
-  PrintError("There is no list " + ToUtf8(name) + "; \"lists --all\" prints their names.");
+  PrintError("There is no list \"" + ToUtf8(name) + "\"; \"lists --all\" prints their names.");
   return nullptr;
 }
 
@@ -119,7 +114,9 @@ bool HasCategories(const std::vector<NamedList>& lists, const Arguments& argumen
   return std::ranges::all_of(arguments.categories, [&](const Text& category) {
     const bool isThere = std::ranges::any_of(
         lists, [&](const NamedList& list) { return SameName(list.known.category, category); });
-    if (!isThere) PrintError("There is no category " + ToUtf8(category) + ".");
+    if (!isThere)
+      PrintError("There is no category \"" + ToUtf8(category) +
+                 "\"; it is what stands ahead of a list's name.");
     return isThere;
   });
 }
@@ -178,6 +175,7 @@ int Do(const Arguments& arguments) {
 
 int main(int argc, char** argv) {
   using namespace torvane;
+  GuardProcess();
   PrepareConsole();
   try {
     const ReadArguments read = ReadCommandLine(ConsoleArguments(argc, argv));

@@ -6,6 +6,7 @@
 #include "finding/office_lists.h"
 #include "platform/console.h"
 #include "readers/ini_folders.h"
+#include "storage/names.h"
 #include "storage/paths.h"
 
 namespace torvane {
@@ -48,11 +49,12 @@ bool KnowsFolder(const MruEntry& entry) {
 
 std::vector<NamedList> NamedLists(const OwnLists& own) {
   std::vector<NamedList> lists;
-  std::map<Text, int, NameOrder> times;
+  NameSet taken;
   for (KnownList& known : AllLists(own)) {
-    Text name = known.category + u"/" + known.description.entry.EntryName;
-    const int time = ++times[name];
-    if (time > 1) name += u" (" + Decimal(time) + u")";
+    const Text plain = known.category + u"/" + known.description.entry.EntryName;
+    Text name = plain;
+    for (int time = 2; !taken.insert(name).second; ++time)
+      name = plain + u" (" + Decimal(time) + u")";
     lists.push_back({std::move(name), std::move(known)});
   }
   return lists;

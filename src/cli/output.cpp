@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "cli/exit_status.h"
 #include "cli/utf8.h"
 #include "platform/console.h"
 
@@ -13,10 +14,16 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A text as a line of a terminal can show it: nothing in it is an order to the terminal.
+// A text as a line of a terminal can show it: nothing in it is an order to the terminal, neither a
+// control character of ASCII nor one of those behind, U+0080 to U+009F.
 std::string Printable(std::string text) {
-  std::ranges::replace_if(
-      text, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }, '?');
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : 0);
+    const bool isLate = byte == 0xC2 && next >= 0x80 && next < 0xA0;
+    if (isLate) text.erase(at + 1, 1);
+    if (isLate || byte < ' ' || byte == 0x7F) text[at] = '?';
+  }
   return text;
 }
 
@@ -169,8 +176,13 @@ bool PrintExported(const std::vector<Text>& names, const std::string& file, Form
 }
 
 bool PrintBytes(const std::string& bytes) {
-  return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() &&
-         std::fflush(stdout) == 0;
+  return WriteOutput(bytes);
+}
+
+int Printed(bool reached) {
+  if (reached) return status::kDone;
+  PrintError("The output can't be written.");
+  return status::kFailed;
 }
 
 void PrintError(const std::string& error) {

@@ -29,6 +29,8 @@ bool PrintBytes(const std::string& bytes);
 
 /// A line on the error output.
 void PrintError(const std::string& error);
+/// The exit status for what was printed or not, which is said then.
+int Printed(bool reached);
 
 /// Tells on a terminal how far a longer work has come.
 class Progress {

@@ -14,8 +14,12 @@ std::vector<std::string> ConsoleArguments(int count, char** arguments);
 
 enum class Stream { Output, Errors };
 bool IsTerminal(Stream stream);
-/// Lets bytes through to the output as they are, and a console show UTF-8 and colours.
+/// Makes the streams fit for what follows: a console shows UTF-8 and colours, a file that is opened
+/// doesn't take the place of a stream that is closed, and a reader that goes away ends no program.
 void PrepareConsole();
+/// Writes bytes to the output as they are. False where that fails, but for a reader that has gone:
+/// it has all that it wants.
+bool WriteOutput(std::string_view bytes);
 
 /// Makes a file that isn't there yet, whole or not at all. Gives why it couldn't, in a few words of
 /// UTF-8; empty for done.

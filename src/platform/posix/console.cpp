@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <system_error>
 #include <thread>
@@ -32,7 +33,7 @@ bool WriteAll(int file, std::string_view bytes) {
     if (written < 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
-  return fsync(file) == 0;
+  return true;
 }
 
 /// The found prefixes of that name; without case among letters of ASCII.
@@ -80,7 +81,18 @@ bool IsTerminal(Stream stream) {
   return isatty(stream == Stream::Output ? STDOUT_FILENO : STDERR_FILENO) != 0;
 }
 
-void PrepareConsole() {}
+void PrepareConsole() {
+  // Writing to such a stand-in fails, as it does to a closed stream.
+  int descriptor = 0;
+  do descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor >= 0) close(descriptor);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool WriteOutput(std::string_view bytes) {
+  return WriteAll(STDOUT_FILENO, bytes) || errno == EPIPE;
+}
 
 std::string WriteNewFile(const std::string& path, std::string_view bytes) {
   const std::string temporary = path + ".part-" + std::to_string(getpid());
@@ -89,7 +101,8 @@ std::string WriteNewFile(const std::string& path, std::string_view bytes) {
   if (!file) return LastReason();
   // A link is made only where no file of that name is.
   std::string reason;
-  if (!WriteAll(file.get(), bytes) || link(temporary.c_str(), path.c_str()) != 0)
+  if (!WriteAll(file.get(), bytes) || fsync(file.get()) != 0 ||
+      link(temporary.c_str(), path.c_str()) != 0)
     reason = LastReason();
   unlink(temporary.c_str());
   return reason;
@@ -108,7 +121,7 @@ OpenedWorld OpenWorld(const std::string& named) {
   try {
     if (!named.empty()) Choose(named);
     posix::PrefixRoot();
-    return {{}, posix::HiveProblems()};
+    return {{}, posix::HiveProblems(posix::Hives::Written)};
   } catch (const posix::PrefixError& error) {
     return {error.what(), {}};
   }

@@ -1,11 +1,6 @@
 #include "platform/console.h"
 #include "platform/winapi.h"
 
-#include <fcntl.h>
-#include <io.h>
-
-#include <cstdio>
-
 namespace torvane {
 namespace {
 
@@ -76,12 +71,28 @@ bool IsTerminal(Stream stream) {
 
 void PrepareConsole() {
   constexpr DWORD kUnderstandsColours = 0x0004;
-  _setmode(_fileno(stdout), _O_BINARY);
-  if (!IsTerminal(Stream::Output) && !IsTerminal(Stream::Errors)) return;
-  SetConsoleOutputCP(CP_UTF8);
+  for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+    const HANDLE console = GetStdHandle(stream);
+    DWORD mode = 0;
+    if (GetConsoleMode(console, &mode) == 0) continue;
+    SetConsoleOutputCP(CP_UTF8);
+    SetConsoleMode(console, mode | kUnderstandsColours);
+  }
+}
+
+bool WriteOutput(std::string_view bytes) {
+  // A console takes no more than some ten thousand at once.
+  constexpr std::size_t kAtOnce = 8192;
   const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
-  DWORD mode = 0;
-  if (GetConsoleMode(output, &mode) != 0) SetConsoleMode(output, mode | kUnderstandsColours);
+  while (!bytes.empty()) {
+    const std::string_view part = bytes.substr(0, kAtOnce);
+    DWORD written = 0;
+    if (WriteFile(output, part.data(), static_cast<DWORD>(part.size()), &written, nullptr) == 0) {
+      return GetLastError() == ERROR_BROKEN_PIPE || GetLastError() == ERROR_NO_DATA;
+    }
+    bytes.remove_prefix(written);
+  }
+  return true;
 }
 
 std::string WriteNewFile(const std::string& path, std::string_view bytes) {

@@ -13,9 +13,10 @@ namespace torvane::posix {
 std::optional<std::u16string> MachineText(std::u16string_view keyPath,
                                           std::u16string_view valueName);
 
-/// What is wrong with the hives that can only be read ("user.reg", line, what), a text a hive, in
-/// UTF-8; empty where all are sound. Loads them.
-std::vector<std::string> HiveProblems();
+enum class Hives { All, Written };
+/// What is wrong with those hives that can only be read for it ("user.reg", line, what), a text a
+/// hive, in UTF-8; empty where they are sound. Loads them.
+std::vector<std::string> HiveProblems(Hives which = Hives::All);
 
 /// Why the last refused change to a hive was refused and what the user can do, as a paragraph in
 /// UTF-8; empty where none was. Asking clears it.

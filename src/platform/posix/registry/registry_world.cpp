@@ -158,10 +158,11 @@ std::optional<std::u16string> MachineText(std::u16string_view keyPath,
   return TextOf(data);
 }
 
-std::vector<std::string> HiveProblems() {
+std::vector<std::string> HiveProblems(Hives which) {
   RegistryWorld& world = RegistryWorld::Instance();
   std::vector<std::string> problems;
   for (Hive* hive : {&world.user(), &world.machine(), &world.own()}) {
+    if (hive == &world.machine() && which == Hives::Written) continue;
     hive->refresh();
     if (std::string problem = hive->problem(); !problem.empty())
       problems.push_back(std::move(problem));
