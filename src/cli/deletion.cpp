@@ -75,7 +75,8 @@ std::string Change(Task& task, const Wish& wish) {
       task.list->ReadAnew();
       Decide(task, wish);
     } catch (const RaisedError& error) {
-      return ToUtf8(error.Description());
+      const std::string why = WhyRefused();
+      return why.empty() ? ToUtf8(error.Description()) : why;
     }
   }
 }

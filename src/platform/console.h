@@ -49,6 +49,9 @@ bool IsRootReachable(const std::u16string& root);
 
 /// Whether programs run in the open world that would write over changes of its registry.
 bool IsWorldInUse();
+/// Why the last change was refused before it was made, and what the user can do, in UTF-8; empty
+/// where the error itself says so. Asking clears it.
+std::string WhyRefused();
 
 /// What became of changes that wait to be written.
 struct CommitFailure {

@@ -13,9 +13,9 @@ class Platform(unittest.TestCase):
     """The base of the tests, which run the same on both platforms. A subclass says how the program
     is started on a prefix and where it keeps what it knows of INI folders."""
 
-    def prefix(self):
-        """A fresh prefix of this test's own."""
-        return wine.fresh(self.id().rsplit('.', 1)[-1] + '-' + self.name)
+    def prefix(self, mark=''):
+        """A fresh prefix of this test's own; one with another mark is another."""
+        return wine.fresh(self.id().rsplit('.', 1)[-1] + '-' + self.name + mark)
 
     def store_ini_folders(self, prefix, folders):
         """Puts down where INI files lie, as a run would have in which the user was asked."""

@@ -163,6 +163,15 @@ class Prefix:
         found = re.findall(r'^    (.+?)    (REG_\w+)    (.*?)\r?$', text, re.MULTILINE)
         return {name: int(data, 16) if kind == 'REG_DWORD' else data for name, kind, data in found}
 
+    def key_lines(self, key):
+        """The lines of a key in user.reg, without its times."""
+        self.end()
+        with open(os.path.join(self.folder, 'user.reg'), 'rb') as file:
+            data = file.read()
+        start = data.index(b'[' + key.replace('\\', '\\\\').encode('ascii') + b']')
+        lines = data[start:].split(b'\n\n', 1)[0].split(b'\n')[1:]
+        return [line for line in lines if not line.startswith(b'#time=')]
+
     def hive_but(self, key):
         """The bytes of user.reg without the lines of one key."""
         with open(os.path.join(self.folder, 'user.reg'), 'rb') as file:

@@ -140,6 +140,10 @@ bool IsWorldInUse() {
   return posix::WineServerRuns(posix::PrefixRoot());
 }
 
+std::string WhyRefused() {
+  return posix::TakeRefusalNote();
+}
+
 std::vector<CommitFailure> CommitChanges() {
   using Kind = posix::WriteFailureKind;
   std::vector<CommitFailure> failures;

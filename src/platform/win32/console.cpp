@@ -132,6 +132,10 @@ bool IsWorldInUse() {
   return false;
 }
 
+std::string WhyRefused() {
+  return {};
+}
+
 // The registry and the profile calls write at once.
 std::vector<CommitFailure> CommitChanges() {
   return {};
