@@ -1,9 +1,11 @@
 #include "windows/mWndProc.h"
 
+#include <array>
+#include <cinttypes>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <set>
-#include <sstream>
 
 #include "windows/controls/toolkit.h"
 
@@ -50,11 +52,12 @@ LRESULT CallOld(HANDLE old, HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) 
 }
 
 void ShowSubclassError(HWND hWnd, DWORD error) {
-  std::ostringstream message;
-  message << "Error subclassing window &H" << std::hex << std::uppercase
-          << reinterpret_cast<std::uintptr_t>(hWnd) << "\r\n\r\n"
-          << "Err# " << std::dec << error << ": the window's procedure can't be replaced";
-  CurrentToolkit().ShowMessage(FromAnsi(message.str()), MB_ICONEXCLAMATION, ApplicationTitle());
+  // Two digits for each byte of the handle, and the closing NUL.
+  std::array<char, 2 * sizeof hWnd + 1> window{};
+  std::snprintf(window.data(), window.size(), "%" PRIXPTR, reinterpret_cast<std::uintptr_t>(hWnd));
+  const Text message = u"Error subclassing window &H" + FromAnsi(window.data()) + u"\r\n\r\nErr# " +
+                       Decimal(error) + u": the window's procedure can't be replaced";
+  CurrentToolkit().ShowMessage(message, MB_ICONEXCLAMATION, ApplicationTitle());
 }
 
 }  // namespace

@@ -3,15 +3,15 @@
 #include "platform/win32/system_library.h"
 #include "platform/winapi.h"
 
+#include <algorithm>
 #include <array>
-#include <filesystem>
 #include <stdexcept>
 #include <vector>
 
 namespace torvane {
 namespace {
 
-std::filesystem::path ExecutablePath() {
+std::wstring ExecutablePath() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
@@ -37,7 +37,7 @@ Function& VersionFunction(const char* name) {
 std::vector<std::byte> ReadVersionBlock() {
   auto& sizeOf = VersionFunction<decltype(GetFileVersionInfoSizeW)>("GetFileVersionInfoSizeW");
   auto& read = VersionFunction<decltype(GetFileVersionInfoW)>("GetFileVersionInfoW");
-  const std::filesystem::path path = ExecutablePath();
+  const std::wstring path = ExecutablePath();
   DWORD ignored = 0;
   std::vector<std::byte> block(sizeOf(path.c_str(), &ignored));
   if (block.empty() || !read(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data())) {
@@ -99,7 +99,9 @@ VersionRecord ReadVersionRecord() {
 }
 
 std::u16string ExecutableBaseName() {
-  return ExecutablePath().stem().u16string();
+  const std::wstring path = ExecutablePath();
+  const std::wstring name = path.substr(path.rfind(L'\\') + 1);
+  return ToText(name.c_str(), std::min(name.rfind(L'.'), name.size()));
 }
 
 // A window's program has no console to answer on: arguments mean nothing here.

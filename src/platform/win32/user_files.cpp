@@ -1,9 +1,8 @@
 // The user's own files on Windows: in the folder for the program's data, and beside the program for
-// those who carry it about.
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <system_error>
+// those who carry it about. By the system's calls: the library's streams would make half of the
+// executable.
+#include <memory>
+#include <type_traits>
 
 #include "platform/extras.h"
 #include "platform/winapi.h"
@@ -11,35 +10,59 @@
 namespace torvane {
 namespace {
 
-namespace fs = std::filesystem;
+struct CloseFile {
+  void operator()(HANDLE file) const { CloseHandle(file); }
+};
+using OpenFile = std::unique_ptr<std::remove_pointer_t<HANDLE>, CloseFile>;
 
-fs::path ProgramFolder() {
+// Without a closing backslash.
+std::wstring ProgramFolder() {
   std::wstring path(MAX_PATH, L'\0');
   while (true) {
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (length < path.size()) return fs::path(path.substr(0, length)).parent_path();
+    if (length < path.size()) return path.substr(0, path.substr(0, length).rfind(L'\\'));
     path.resize(path.size() * 2);
   }
 }
 
-fs::path DataFolder() {
+std::wstring DataFolder() {
   const wchar_t* const folder = _wgetenv(L"APPDATA");
-  return folder == nullptr || *folder == L'\0' ? fs::path() : fs::path(folder) / L"Torvane";
+  return folder == nullptr || *folder == L'\0' ? std::wstring()
+                                               : folder + std::wstring(L"\\Torvane");
+}
+
+std::optional<std::string> ReadBytes(const std::wstring& path) {
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  HANDLE const handle = CreateFileW(path.c_str(), GENERIC_READ, kShared, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
+  const OpenFile file(handle);
+  std::string bytes;
+  std::string room(1 << 16, '\0');
+  while (true) {
+    DWORD count = 0;
+    if (!ReadFile(file.get(), room.data(), static_cast<DWORD>(room.size()), &count, nullptr))
+      return std::nullopt;
+    if (count == 0) return bytes;
+    bytes.append(room, 0, count);
+  }
+}
+
+// One that can't be looked at may be there.
+bool IsAbsent(const std::wstring& path) {
+  if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
+  const DWORD error = GetLastError();
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 }  // namespace
 
 std::vector<UserFile> ReadUserFiles(std::u16string_view name) {
   std::vector<UserFile> files;
-  for (const fs::path& folder : {DataFolder(), ProgramFolder()}) {
-    const fs::path path = folder / fs::path(name);
-    std::error_code error;
-    if (folder.empty() || (!fs::exists(path, error) && !error)) continue;
-    UserFile& file = files.emplace_back(UserFile{path.u16string(), std::nullopt});
-    std::ifstream stream(path, std::ios::binary);
-    if (fs::is_regular_file(path, error) && stream) {
-      file.bytes.emplace(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-    }
+  for (const std::wstring& folder : {DataFolder(), ProgramFolder()}) {
+    const std::wstring path = folder + L'\\' + std::wstring(name.begin(), name.end());
+    if (folder.empty() || IsAbsent(path)) continue;
+    files.push_back({{path.begin(), path.end()}, ReadBytes(path)});
   }
   return files;
 }
