@@ -1,8 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "editing/delete_commands.h"
 #include "finding/known_lists.h"
 #include "finding/office_lists.h"
+#include "platform/extras.h"
+#include "platform/winapi.h"
+#include "storage/names.h"
 #include "support/list_window.h"
 #include "support/printing.h"
 
@@ -89,6 +95,8 @@ TEST_F(FindingTest, TakesAKeyForAListOnlyWhereAllOfItSaysSo) {
       {"Recent gap", {a, Sz("File2", "")}, false},
       {"Recent bytes", {a, {"File2", 3, "C:\\b"}}, false},
       {"Recent devices", {a, Sz("File2", "\\\\?\\C:\\b")}, false},
+      {"Recent variables", {a, Sz("File2", "%TEMP%\\b", 2)}, false},
+      {"Recent ends", {a, {"File2", 1, "C:\\b\0c\0"s}}, false},
       // Their names aren't one row of numbers.
       {"Recent two", {a, Sz("Path2", "C:\\b")}, false},
       {"Recent case", {a, Sz("FILE2", "C:\\b")}, false},
@@ -96,6 +104,11 @@ TEST_F(FindingTest, TakesAKeyForAListOnlyWhereAllOfItSaysSo) {
       {"Recent late", {b, Sz("File3", "C:\\b")}, false},
       {"Recent widths", {a, Sz("File02", "C:\\b")}, false},
       {"Recent lone", {Sz("Item1", "C:\\a")}, false},
+      {"Recent zeros", {a, b, Sz("File02", "C:\\b")}, false},
+      {"Recent large", {a, Sz("File9999999999", "C:\\b")}, false},
+      {"Recent long",
+       {Sz(std::string(256, 'F') + "1", "C:\\a"), Sz(std::string(256, 'F') + "2", "C:\\b")},
+       false},
       // There is something else.
       {"LastSettings", {Sz("LastDir", "C:\\a")}, false},
       {"Recent default", {a, b, Sz("", "C:\\a")}, false},
@@ -147,6 +160,80 @@ TEST_F(FindingTest, KeepsNamesTypesAndDataAndAllElse) {
   EXPECT_EQ(Data("Recent", "mruCount"), "\0\0\0\0"s);
 }
 
+TEST_F(FindingTest, NumbersAllFormsWithoutGapsAndTakesItBack) {
+  struct Case {
+    std::string prefix;
+    int first;
+    std::size_t digits;
+    unsigned countType;
+  };
+  const Case cases[] = {
+      {"File", 1, 1, 0}, {"File", 0, 1, 4}, {"", 1, 1, 1}, {"mru ", 0, 2, 1}, {"Last", 1, 2, 4}};
+  // Two digits become three.
+  constexpr int kEntries = 102;
+  const std::string there = MakeFile("Here.TXT");
+  for (const Case& c : cases) {
+    const std::string key = "Recent " + c.prefix + std::to_string(c.first) + "x";
+    SCOPED_TRACE(key);
+    const auto name = [&](int n) {
+      std::string number = std::to_string(c.first + n);
+      return c.prefix + std::string(c.digits - std::min(c.digits, number.size()), '0') + number;
+    };
+    const auto count = [&](int n) {
+      return c.countType == 4 ? Number("Count", static_cast<char>(n))
+                              : Sz("Count", std::to_string(n), 1);
+    };
+    std::vector<Raw> before;
+    std::vector<Raw> after;
+    for (int n = 0; n < kEntries; ++n) {
+      const bool stays = n % 3 == 1;
+      const unsigned type = n % 2 == 0 ? 1 : 2;
+      before.push_back(Sz(name(n), stays ? there : "C:\\Gone\\" + name(n), type));
+      if (!stays) continue;
+      after.push_back(before.back());
+      after.back().name = name(static_cast<int>(after.size()) - 1);
+    }
+    if (c.countType != 0) before.push_back(count(kEntries));
+    if (c.countType != 0) after.push_back(count(kEntries / 3));
+    Make(key, before);
+    const KeyStore store(testing::Utf16(kBase + ("\\" + key)));
+    const StorePicture stored = store.Read();
+    auto lists = Found();
+    std::erase_if(lists, [&](const FoundList& list) {
+      return list.key != testing::Utf16("TorvaneTest\\" + key);
+    });
+    ASSERT_EQ(lists.size(), 1U);
+    Show(lists[0]);
+    Tree tree{form_, u"Programs"};
+    UndoStore undo;
+    DeleteMissingEntries({list_, status_, tree, undo});
+    const StorePicture left = store.Read();
+    ASSERT_EQ(left.values.size(), after.size());
+    for (const Raw& value : after) {
+      const auto found = NameIndex(left).Find(testing::Utf16(value.name));
+      ASSERT_TRUE(found) << value.name;
+      EXPECT_EQ(left.values[*found].type, static_cast<std::int32_t>(value.type)) << value.name;
+      EXPECT_EQ(Data(key, value.name), value.data) << value.name;
+    }
+    UndoDelete({list_, status_, tree, undo});
+    EXPECT_TRUE(SameContent(store.Read(), stored));
+  }
+}
+
+TEST_F(FindingTest, PassesOverAKeyThatWouldHoldItUp) {
+  std::vector<Raw> many;
+  for (int n = 1; n <= 5000; ++n) many.push_back(Sz("File" + std::to_string(n), "C:\\a"));
+  Make("Recent", many);
+  EXPECT_TRUE(Found().empty());
+  for (int n = 4001; n <= 5000; ++n) {
+    HKEY key = nullptr;
+    RegOpenKeyExW(HKEY_CURRENT_USER, u"Software\\TorvaneTest\\Recent", 0, KEY_SET_VALUE, &key);
+    RegDeleteValueW(key, Wide(u"File" + Decimal(n)));
+    RegCloseKey(key);
+  }
+  EXPECT_EQ(Found().size(), 1U);
+}
+
 TEST_F(FindingTest, ReadsOfficesItems) {
   const auto item = ReadOfficeItem(u"[F00000001][T01DA6F0E5C4B2A00][O00000000]*C:\\x]*y.docx");
   ASSERT_TRUE(item);
@@ -189,12 +276,22 @@ TEST_F(FindingTest, KeepsPinnedEntriesAndWhatStandsBeforeThePath) {
   EXPECT_EQ(list_.ListItems()(2).SubItems(2), u"pinned");
   EXPECT_EQ(list_.ListItems()(4).SubItems(2), LocalTimeText(0x01DA6F0E5C4B2A00));
   EXPECT_EQ(Counters().MissingCount, 1);
-  DeleteEntries(list_, Doomed::Missing);
+  Tree tree{form_, u"Programs"};
+  UndoStore undo;
+  const auto before = Values(key);
+  DeleteMissingEntries({list_, status_, tree, undo});
   const std::map<std::string, std::string> left = {{"Item 1", pinned},
                                                    {"Item 2", lead + "https://d.example/Web.docx"},
                                                    {"Item 3", lead + there},
                                                    {"Note", "kept"}};
   EXPECT_EQ(Texts(key), left);
+  UndoDelete({list_, status_, tree, undo});
+  EXPECT_EQ(Values(key), before);
+  for (int n = 1; n <= 4; ++n) list_.ListItems()(n).Selected(n != 3);
+  DeleteSelectedEntries({list_, status_, tree, undo});
+  const std::map<std::string, std::string> chosen = {
+      {"Item 1", lead + "https://d.example/Web.docx"}, {"Note", "kept"}};
+  EXPECT_EQ(Texts(key), chosen);
 }
 
 TEST_F(FindingTest, NamesListsByTheirPrograms) {
@@ -202,16 +299,38 @@ TEST_F(FindingTest, NamesListsByTheirPrograms) {
   for (const TextView key :
        {u"Quay\\Notes\\2.1\\Settings\\Recent File List", u"Lone\\RecentFiles", u"Quay\\Draw\\MRU",
         u"Bay\\Draw\\v3\\MRU", u"Quay\\Plan\\Recent Files", u"Quay\\Plan\\Recent Folders",
-        u"Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List"}) {
+        u"Microsoft\\Windows\\CurrentVersion\\Applets\\Wordpad\\Recent File List",
+        u"Microsoft\\Windows\\CurrentVersion\\Explorer\\TypedPaths",
+        u"Microsoft\\Office\\9.0\\Word\\File MRU", u"Microsoft\\Office\\8.0\\Word\\File MRU",
+        u"Bay\\a\\b\\c\\d\\e\\MRU"}) {
     lists.push_back({Text(key), {}});
   }
   NameLists(lists);
   std::vector<Text> names;
   for (const FoundList& list : lists) names.push_back(list.description.entry.EntryName);
-  const std::vector<Text> wanted = {u"Draw (Bay)", u"Draw (Quay)",         u"Lone",
-                                    u"Notes",      u"Plan (Recent Files)", u"Plan (Recent Folders)",
-                                    u"Wordpad"};
+  const std::vector<Text> wanted = {
+      u"a b c d", u"Draw (Bay)",          u"Draw (Quay)",           u"Explorer",   u"Lone",
+      u"Notes",   u"Plan (Recent Files)", u"Plan (Recent Folders)", u"Word (8.0)", u"Word (9.0)",
+      u"Wordpad"};
   EXPECT_EQ(names, wanted);
+}
+
+TEST_F(FindingTest, ReadsTheUsersFileOrSaysWhyNot) {
+  EXPECT_EQ(LeftOutMessage(ReadOwnLists()), u"");
+  const auto file = UserFolder() / "lists.ini";
+  std::filesystem::create_directories(UserFolder());
+  std::ofstream(file) << "[Bay]\n1=Notes,Quay\\Notes,0,*,File,1,*,*,*\n";
+  ASSERT_EQ(ReadOwnLists().rows.size(), 1U);
+  std::filesystem::resize_file(file, kMostUserBytes + 1);
+  const auto reason = [] {
+    const OwnLists lists = ReadOwnLists();
+    EXPECT_TRUE(lists.rows.empty());
+    return lists.leftOut.size() == 1 ? Utf8(lists.leftOut[0].reason) : "none";
+  };
+  EXPECT_EQ(reason(), "the file is too large");
+  std::filesystem::remove(file);
+  std::filesystem::create_directory(file);
+  EXPECT_EQ(reason(), "the file can't be read");
 }
 
 TEST(OwnListsTest, TakesRowsThatCanBeRight) {
@@ -231,6 +350,9 @@ TEST(OwnListsTest, TakesRowsThatCanBeRight) {
     rows.push_back(row.category + u'/' + row.entry.EntryName);
   EXPECT_EQ(rows, (std::vector<Text>{u"Bay/Notes", u"bay/Draw", u"Cove/Plan", u"Cove/\u00C9"}));
   EXPECT_EQ(ListOfRow(lists.rows[0])->description.names.Numbered(4), u"Note_010");
+  OwnLists returns;
+  AddOwnLists(u"r", "[S]\r1=A,Q,5,*,*,*,*,*,*\r\r2=B,Q,5,*,*,*,*,*,*", returns);
+  EXPECT_EQ(returns.rows.size(), 2U);
   OwnLists utf8;
   AddOwnLists(u"c", "\xEF\xBB\xBF[\xC3\x89]\n1=\xF0\x9F\x8E\xA8,Q,5,*,*,*,*,*,*", utf8);
   ASSERT_EQ(utf8.rows.size(), 1U);
@@ -279,6 +401,17 @@ TEST(OwnListsTest, TellsOfAllOthersAtOnce) {
               "3=A,Q,0,*,F,1,N,*,*\n4=A,Q,0,*,F,1,N,X,*",
               outside);
   ASSERT_EQ(outside.leftOut.size(), 4U);
+  OwnLists twice;
+  AddOwnLists(u"x", "[S]\n1=A,Q,5,*,*,*,*,*,*\n2=a,R,5,*,*,*,*,*,*\n[T]\n1=A,Q,5,*,*,*,*,*,*",
+              twice);
+  ASSERT_EQ(twice.leftOut.size(), 1U);
+  EXPECT_EQ(twice.leftOut[0].line, 3);
+  std::string rows = "[S]\n1=A,Q," + std::string(1 << 20, '9') + ",*,F,1,*,*,*";
+  for (int n = 0; n < 50; ++n) rows += "\n1=A,Q,x" + std::to_string(n) + ",*,F,1,*,*,*";
+  OwnLists wrong;
+  AddOwnLists(u"x", rows, wrong);
+  EXPECT_LT(LeftOutMessage(wrong).size(), 1000U);
+  EXPECT_TRUE(LeftOutMessage(wrong).ends_with(u"more."));
   EXPECT_TRUE(outside.leftOut[0].reason.starts_with(u"the key lies outside Software"));
   EXPECT_EQ(outside.leftOut[1].reason, outside.leftOut[0].reason);
   EXPECT_TRUE(outside.leftOut[3].reason.starts_with(u"CountValue and CountKind"));

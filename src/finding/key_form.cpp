@@ -13,6 +13,7 @@ namespace {
 
 constexpr TextView kDigits = u"0123456789";
 constexpr std::size_t kMostDigits = 9;
+constexpr std::size_t kLongestPrefix = 255;
 
 bool IsDrive(char16_t unit) {
   return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
@@ -105,7 +106,8 @@ std::optional<KeyForm> FormOfKey(TextView lastName, const StorePicture& picture)
     prefix = name.prefix;
     digits.push_back(name.digits);
   }
-  if (!prefix || !(SaysRecent(lastName) || SaysRecent(*prefix))) return std::nullopt;
+  if (!prefix || prefix->size() > kLongestPrefix) return std::nullopt;
+  if (!SaysRecent(lastName) && !SaysRecent(*prefix)) return std::nullopt;
   const bool isFile1 = digits.size() == 1 && *prefix == u"File" && digits.front() == u"1";
   if (digits.size() < 2 && !isFile1) return std::nullopt;
   auto names = NamesFrom(*prefix, digits);

@@ -6,11 +6,12 @@
 #include "finding/row_check.h"
 #include "finding/text_file.h"
 #include "platform/extras.h"
+#include "storage/names.h"
 
 namespace torvane {
 namespace {
 
-constexpr TextView kBlanks = u" \t\r";
+constexpr TextView kBlanks = u" \t";
 
 TextView Trimmed(TextView text) {
   const auto begin = text.find_first_not_of(kBlanks);
@@ -21,7 +22,10 @@ TextView Trimmed(TextView text) {
 // The lines of one file, one after the other.
 class Reader {
  public:
-  Reader(const Text& file, OwnLists& lists) : file_(file), lists_(lists) {}
+  Reader(const Text& file, OwnLists& lists) : file_(file), lists_(lists) {
+    for (const CategoryRow& row : lists.rows)
+      names_.insert(row.category + u'/' + row.entry.EntryName);
+  }
 
   void Take(TextView line) {
     ++line_;
@@ -45,6 +49,8 @@ class Reader {
     MruEntry entry;
     const Text reason = ReadCheckedRow(Trimmed(line.substr(equals + 1)), entry);
     if (!reason.empty()) return LeaveOut(reason);
+    const bool isNew = names_.insert(category_ + u'/' + entry.EntryName).second;
+    if (!isNew) return LeaveOut(u"the category has a program of this name already");
     lists_.rows.push_back({category_, std::move(entry)});
   }
 
@@ -52,6 +58,7 @@ class Reader {
 
   const Text& file_;
   OwnLists& lists_;
+  NameSet names_;  ///< of the rows so far, with their categories
   Text category_;
   bool isSound_ = false;
   int line_ = 0;
@@ -87,9 +94,10 @@ void AddOwnLists(const Text& file, std::string_view bytes, OwnLists& lists) {
   const Text text = TextOfFile(bytes);
   Reader reader(file, lists);
   for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t end = std::min(text.find(u'\n', begin), text.size());
+    const std::size_t end = std::min(text.find_first_of(u"\r\n", begin), text.size());
     reader.Take(TextView(text).substr(begin, end - begin));
-    begin = end + 1;
+    // Two characters end a line, or either of them.
+    begin = end + (TextView(text).substr(end, 2) == u"\r\n" ? 2 : 1);
   }
   GroupRows(lists.rows);
 }
@@ -100,7 +108,9 @@ OwnLists ReadOwnLists() {
     if (file.bytes) {
       AddOwnLists(file.path, *file.bytes, lists);
     } else {
-      lists.leftOut.push_back({file.path, 0, u"the file can't be read"});
+      const TextView reason =
+          file.isTooLarge ? u"the file is too large" : u"the file can't be read";
+      lists.leftOut.push_back({file.path, 0, Text(reason)});
     }
   }
   return lists;
@@ -109,12 +119,15 @@ OwnLists ReadOwnLists() {
 // What is wrong with many lines is said once, or the box wouldn't fit on the screen.
 Text LeftOutMessage(const OwnLists& lists) {
   if (lists.leftOut.empty()) return {};
+  constexpr int kMostReasons = 20;
   Text message = u"These rows of your own lists can't be right and have been left out:";
+  int told = 0;
   std::vector<bool> isTold(lists.leftOut.size());
   const Text* file = nullptr;
   for (std::size_t at = 0; at < lists.leftOut.size(); ++at) {
     const LeftOutRow& row = lists.leftOut[at];
     if (isTold[at]) continue;
+    if (told++ == kMostReasons) return message + u"\r\n\r\nThere are more.";
     std::vector<int> lines;
     for (std::size_t other = at; other < lists.leftOut.size(); ++other) {
       if (lists.leftOut[other].file != row.file || lists.leftOut[other].reason != row.reason)

@@ -10,12 +10,12 @@
 namespace torvane {
 namespace {
 
-constexpr std::array<TextView, 27> kPlainNames = {
-    u"Settings", u"Options",    u"Preferences", u"Config",         u"Configuration", u"General",
-    u"Files",    u"File",       u"Folders",     u"Paths",          u"Documents",     u"Projects",
-    u"Main",     u"Common",     u"User",        u"Default",        u"Dialogs",       u"Windows",
-    u"Applets",  u"Windows NT", u"Office",      u"CurrentVersion", u"Explorer",      u"Workspace",
-    u"State",    u"MainWindow", u"Lists"};
+constexpr std::array<TextView, 26> kPlainNames = {
+    u"Settings",   u"Options",    u"Preferences", u"Config",         u"Configuration", u"General",
+    u"Files",      u"File",       u"Folders",     u"Paths",          u"Documents",     u"Projects",
+    u"Main",       u"Common",     u"User",        u"Default",        u"Dialogs",       u"Windows",
+    u"Applets",    u"Windows NT", u"Office",      u"CurrentVersion", u"Workspace",     u"State",
+    u"MainWindow", u"Lists"};
 
 using Names = std::vector<TextView>;
 
@@ -47,15 +47,18 @@ bool SaysNothing(TextView name) {
                      [name](TextView plain) { return SameName(name, plain); });
 }
 
-// A program without a vendor's key stands in the vendor's place.
+// A program without a vendor's key stands in the vendor's place. What lies far below the program's
+// key tells nobody anything.
 Text ProgramName(TextView key) {
+  constexpr int kMostNames = 4;
   const Names names = SplitKey(key);
   Text joined;
-  for (std::size_t at = 1; at < names.size(); ++at) {
+  int told = 0;
+  for (std::size_t at = 1; at < names.size() && told < kMostNames; ++at) {
     // What stands below is the number of an account.
     if (SameName(names[at], u"User MRU")) break;
     if (SaysNothing(names[at])) continue;
-    if (!joined.empty()) joined += u' ';
+    if (told++ > 0) joined += u' ';
     joined += names[at];
   }
   return joined.empty() ? Text(names.front()) : joined;
@@ -67,6 +70,12 @@ Text Vendor(const FoundList& list) {
 
 Text ListName(const FoundList& list) {
   return Text(LastName(list.key));
+}
+
+Text Version(const FoundList& list) {
+  const Names names = SplitKey(list.key);
+  const auto version = std::find_if(names.begin(), names.end(), IsVersion);
+  return version == names.end() ? Text() : Text(*version);
 }
 
 Text WholeKey(const FoundList& list) {
@@ -81,7 +90,10 @@ void TellApart(std::vector<FoundList>& lists, Text (*mark)(const FoundList& list
     std::map<Text, int, NameOrder> marks;
     for (const FoundList* list : equals) ++marks[mark(*list)];
     if (marks.size() < 2) continue;
-    for (FoundList* list : equals) list->description.entry.EntryName += u" (" + mark(*list) + u")";
+    for (FoundList* list : equals) {
+      const Text text = mark(*list);
+      if (!text.empty()) list->description.entry.EntryName += u" (" + text + u")";
+    }
   }
 }
 
@@ -89,7 +101,7 @@ void TellApart(std::vector<FoundList>& lists, Text (*mark)(const FoundList& list
 
 void NameLists(std::vector<FoundList>& lists) {
   for (FoundList& list : lists) list.description.entry.EntryName = ProgramName(list.key);
-  for (const auto mark : {&Vendor, &ListName, &WholeKey}) TellApart(lists, mark);
+  for (const auto mark : {&Vendor, &ListName, &Version, &WholeKey}) TellApart(lists, mark);
   std::sort(lists.begin(), lists.end(), [](const FoundList& left, const FoundList& right) {
     return NameOrder()(left.description.entry.EntryName, right.description.entry.EntryName);
   });

@@ -53,9 +53,15 @@ Text CheckKey(TextView path) {
   }
 }
 
+// A field in a message, which a long one would fill.
+Text Quoted(TextView field) {
+  constexpr std::size_t kMost = 40;
+  return u"'" + Text(field.substr(0, kMost)) + (field.size() > kMost ? u"\u2026'" : u"'");
+}
+
 Text CheckFile(const MruEntry& entry) {
   if (entry.Location.find_first_of(u"\\/:*?<>|") != Text::npos) {
-    return u"'" + entry.Location + u"' is no name of an INI file without its folder";
+    return Quoted(entry.Location) + u" is no name of an INI file without its folder";
   }
   if (entry.Section == kNone) return u"the INI file's section is missing";
   if (entry.ValuePrefix.find(u'=') != Text::npos) return u"a key of an INI file can't hold '='";
@@ -73,17 +79,17 @@ Text CheckCount(const MruEntry& entry) {
 Text CheckEntry(const MruEntry& entry) {
   if (entry.EntryName == kNone) return u"the program has no name";
   const ListType* type = FindListType(entry.ListType);
-  if (!type) return u"'" + entry.ListType + u"' is no type of list";
+  if (!type) return Quoted(entry.ListType) + u" is no type of list";
   const bool isKey = type->place == ListPlace::Kind::Key;
   if (Text reason = isKey ? CheckKey(entry.Location) : CheckFile(entry); !reason.empty()) {
     return reason;
   }
   if (NamesOfRow(type->names, entry).kind == EntryNames::Kind::Unknown) {
-    return u"prefix '" + entry.ValuePrefix + u"' and first number '" + entry.FirstIndex +
-           u"' name no entries";
+    return u"prefix " + Quoted(entry.ValuePrefix) + u" and first number " +
+           Quoted(entry.FirstIndex) + u" name no entries";
   }
   if (entry.ExeName.find_first_of(u"\\/") != Text::npos) {
-    return u"'" + entry.ExeName + u"' is no file name without its folder";
+    return Quoted(entry.ExeName) + u" is no file name without its folder";
   }
   return CheckCount(entry);
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -65,11 +66,15 @@ int ImageOfIconFile(const std::u16string& path, int shown);
 /// A file that the user wrote for the program.
 struct UserFile {
   std::u16string path;               ///< as the user knows it
-  std::optional<std::string> bytes;  ///< nothing where it can't be read
+  std::optional<std::string> bytes;  ///< nothing where it can't be read, or is too large
+  bool isTooLarge = false;           ///< more than kMostUserBytes
 };
 
-/// The user's files of that name, as far as there are any: in the folder for the program's settings
-/// and, on Windows, beside the program.
+/// Nobody writes so much by hand.
+inline constexpr std::uint64_t kMostUserBytes = std::uint64_t{1} << 20;
+
+/// The user's files of that name, as far as there are any, each once: in the folder for the
+/// program's settings and, on Windows, beside the program.
 std::vector<UserFile> ReadUserFiles(std::u16string_view name);
 
 /// Why a change would do harm to a profile file, which the system's calls make without a word.

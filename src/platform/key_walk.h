@@ -20,7 +20,8 @@ struct WalkedKey {
 class KeyWalk {
  public:
   virtual ~KeyWalk() = default;
-  /// Goes on to the next key that has values; false behind the last.
+  /// Goes on to the next key that has values, and not so many that looking at them takes its time;
+  /// false behind the last.
   virtual bool Next(WalkedKey& key) = 0;
 };
 std::unique_ptr<KeyWalk> WalkKeys();

@@ -100,6 +100,7 @@ class Prefix:
         # A home of its own: Wine links the user's folders to it.
         self.environment = {**ENVIRONMENT, 'WINEPREFIX': folder, 'HOME': home,
                             'XDG_DATA_HOME': os.path.join(home, 'share'),
+                            'XDG_CONFIG_HOME': os.path.join(home, 'config'),
                             # Wine finds its server there: two places would be two servers.
                             'TMPDIR': '/tmp'}
 

@@ -54,11 +54,14 @@ class ScratchWorld : public ::testing::Test {
   static const bool kGivesBackBytes;
   /// As many generated lists as a test has the time for.
   static const std::uint32_t kManyLists;
+  /// The host's folder of the user's own files.
+  std::filesystem::path UserFolder() const { return scratch_ / "config" / kUserFolder; }
   /// Lets the platform write what it holds back.
   static void WriteBack();
 
  private:
   void RemoveKey(const std::string& path);
+  static const char* const kUserFolder;
   std::string folder_;
   std::filesystem::path hostRoot_;  ///< the host's folder of drive C:
   std::filesystem::path scratch_;   ///< removed at the end

@@ -1,11 +1,10 @@
 // The user's own files: they lie on the host, whatever prefix is open.
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "platform/extras.h"
+#include "platform/posix/disk/atomic_file.h"
 #include "platform/posix/text/code_page.h"
 
 namespace torvane {
@@ -27,12 +26,16 @@ std::vector<UserFile> ReadUserFiles(std::u16string_view name) {
   const fs::path folder = ConfigurationFolder();
   if (folder.empty()) return {};
   const fs::path path = folder / "torvane" / fs::path(name);
-  std::error_code error;
-  if (!fs::exists(path, error) && !error) return {};
   UserFile file{posix::FromUtf8(path.string()), std::nullopt};
-  std::ifstream stream(path, std::ios::binary);
-  if (fs::is_regular_file(path, error) && stream) {
-    file.bytes.emplace(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+  try {
+    const posix::FileContent content = posix::ReadWholeFile(path, kMostUserBytes);
+    if (!content.stamp.exists()) return {};
+    file.bytes.emplace(content.view());
+  } catch (const posix::FileTooLarge&) {
+    file.isTooLarge = true;
+  } catch (const std::system_error& error) {
+    if (error.code() == std::errc::not_a_directory) return {};
+    // The user is told that it can't be read.
   }
   return {file};
 }

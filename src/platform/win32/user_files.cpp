@@ -3,6 +3,7 @@
 // executable.
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 #include "platform/extras.h"
 #include "platform/winapi.h"
@@ -31,21 +32,26 @@ std::wstring DataFolder() {
                                                : folder + std::wstring(L"\\Torvane");
 }
 
-std::optional<std::string> ReadBytes(const std::wstring& path) {
+UserFile ReadUserFile(const std::wstring& path, const std::u16string& shown) {
   constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  UserFile read{shown, std::nullopt};
   HANDLE const handle = CreateFileW(path.c_str(), GENERIC_READ, kShared, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
+  if (handle == INVALID_HANDLE_VALUE) return read;
   const OpenFile file(handle);
   std::string bytes;
   std::string room(1 << 16, '\0');
   while (true) {
     DWORD count = 0;
     if (!ReadFile(file.get(), room.data(), static_cast<DWORD>(room.size()), &count, nullptr))
-      return std::nullopt;
-    if (count == 0) return bytes;
+      return read;
+    if (count == 0) break;
     bytes.append(room, 0, count);
+    read.isTooLarge = bytes.size() > kMostUserBytes;
+    if (read.isTooLarge) return read;
   }
+  read.bytes = std::move(bytes);
+  return read;
 }
 
 // One that can't be looked at may be there.
@@ -62,7 +68,10 @@ std::vector<UserFile> ReadUserFiles(std::u16string_view name) {
   for (const std::wstring& folder : {DataFolder(), ProgramFolder()}) {
     const std::wstring path = folder + L'\\' + std::wstring(name.begin(), name.end());
     if (folder.empty() || IsAbsent(path)) continue;
-    files.push_back({{path.begin(), path.end()}, ReadBytes(path)});
+    const std::u16string shown(path.begin(), path.end());
+    // Who keeps the program in the folder for its settings has one file.
+    const bool isRead = !files.empty() && _wcsicmp(Wide(files.front().path), path.c_str()) == 0;
+    if (!isRead) files.push_back(ReadUserFile(path, shown));
   }
   return files;
 }

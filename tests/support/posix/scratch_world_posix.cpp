@@ -26,6 +26,7 @@ std::string& OuterTemporaryFolder() {
 const int ScratchWorld::kManyValues = 100'000;
 const bool ScratchWorld::kGivesBackBytes = true;
 const std::uint32_t ScratchWorld::kManyLists = 2'000;
+const char* const ScratchWorld::kUserFolder = "torvane";
 
 ScratchWorld::ScratchWorld() {
   std::string pattern = std::filesystem::temp_directory_path() / "torvane-test-XXXXXX";
@@ -38,6 +39,8 @@ ScratchWorld::ScratchWorld() {
     std::ofstream(scratch_ / hive) << kHiveHeader;
   }
   ::setenv("WINEPREFIX", scratch_.c_str(), 1);
+  // Whose tests these are has lists of their own, perhaps.
+  ::setenv("XDG_CONFIG_HOME", (scratch_ / "config").c_str(), 1);
   // What a killed child leaves in its temporary folder goes with the prefix.
   OuterTemporaryFolder() = std::getenv("TMPDIR") != nullptr ? std::getenv("TMPDIR") : "";
   std::filesystem::create_directories(scratch_ / "tmp");

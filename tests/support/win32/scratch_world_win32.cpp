@@ -7,11 +7,14 @@ namespace torvane::testing {
 const int ScratchWorld::kManyValues = 2'000;
 const bool ScratchWorld::kGivesBackBytes = false;
 const std::uint32_t ScratchWorld::kManyLists = 2'000;
+const char* const ScratchWorld::kUserFolder = "Torvane";
 
 ScratchWorld::ScratchWorld() : hostRoot_("C:\\") {
   folder_ = "C:\\torvane-test-" + std::to_string(GetCurrentProcessId());
   scratch_ = hostRoot_ / folder_.substr(3);
   std::filesystem::create_directories(scratch_);
+  // Whose tests these are has lists of their own, perhaps.
+  _wputenv_s(L"APPDATA", (scratch_ / "config").c_str());
 }
 
 ScratchWorld::~ScratchWorld() {

@@ -223,6 +223,12 @@ bool HiveImage::isBelow(KeyId key, KeyId above) const {
   return false;
 }
 
+std::size_t HiveImage::textSize(KeyId key) const {
+  std::size_t size = 0;
+  for (const std::string_view text : textsOf(key)) size += text.size();
+  return size;
+}
+
 std::vector<std::string_view> HiveImage::textsOf(KeyId key) const {
   std::vector<std::string_view> texts;
   for (std::uint32_t record = nodes_[key].firstRecord; record != kNone;

@@ -74,6 +74,8 @@ class HiveImage {
   /// All keys have numbers below this.
   std::size_t keyCount() const { return nodes_.size(); }
   bool isBelow(KeyId key, KeyId above) const;
+  /// How many bytes of the file the key's own lines take.
+  std::size_t textSize(KeyId key) const;
   std::u16string path(KeyId key) const { return DecodeText(nodes_[key].escapedPath()); }
 
   /// The uppermost key on the way to `path`, itself included, that is a symbolic link.

@@ -8,6 +8,9 @@ namespace {
 
 using namespace posix;
 
+/// The values of more can't be gone through within a slice.
+constexpr std::size_t kLongestText = std::size_t{512} << 10;
+
 class HiveWalk : public KeyWalk {
  public:
   HiveWalk() { RegistryWorld::Instance().user().refresh(); }
@@ -22,7 +25,7 @@ class HiveWalk : public KeyWalk {
     HiveImage& image = hive.image();
     while (root_ && next_ < image.keyCount()) {
       const KeyId id = next_++;
-      if (!image.isBelow(id, *root_)) continue;
+      if (!image.isBelow(id, *root_) || image.textSize(id) > kLongestText) continue;
       key.firstNames = image.frontNames(id);
       if (key.firstNames.empty()) continue;
       key.path = image.path(id).substr(image.path(*root_).size() + 1);
