@@ -227,7 +227,8 @@ TEST_F(FindingTest, PassesOverAKeyThatWouldHoldItUp) {
   EXPECT_TRUE(Found().empty());
   for (int n = 4001; n <= 5000; ++n) {
     HKEY key = nullptr;
-    RegOpenKeyExW(HKEY_CURRENT_USER, u"Software\\TorvaneTest\\Recent", 0, KEY_SET_VALUE, &key);
+    RegOpenKeyExW(HKEY_CURRENT_USER, Wide(u"Software\\TorvaneTest\\Recent"), 0, KEY_SET_VALUE,
+                  &key);
     RegDeleteValueW(key, Wide(u"File" + Decimal(n)));
     RegCloseKey(key);
   }

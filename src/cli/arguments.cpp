@@ -39,6 +39,7 @@ struct Words {
 
 std::vector<Text> Texts(const std::vector<std::string>& words) {
   std::vector<Text> texts;
+  texts.reserve(words.size());
   for (const std::string& word : words) texts.push_back(FromUtf8(word));
   return texts;
 }

@@ -57,7 +57,8 @@ bool PrintTable(const std::vector<TableLine>& lines) {
   for (const TableLine& line : lines) {
     std::string row;
     for (std::size_t at = 0; at < line.cells.size(); ++at) {
-      row += line.cells[at] + std::string(widths[at] - WidthOf(line.cells[at]) + 2, ' ');
+      row += line.cells[at];
+      row.append(widths[at] - WidthOf(line.cells[at]) + 2, ' ');
     }
     row.resize(row.find_last_not_of(' ') + 1);
     if (colours && line.colour != Colour::None) {
