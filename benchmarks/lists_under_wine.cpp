@@ -14,6 +14,7 @@ namespace torvane::benchmarks {
 namespace {
 
 constexpr int kValues = 10'000;
+constexpr int kFound = 1'000;  ///< of the files of a folder
 constexpr int kMissing = 20'000;
 constexpr int kRuns = 5;
 
@@ -42,9 +43,9 @@ class FileList : public UrlList {
                           folder + "\\Document " + std::to_string(n) + ".txt");
     Key(values);
   }
-  void MakeFiles(int count) {
-    for (int n = 1; n <= count; ++n) MakeFile("Document " + std::to_string(n) + ".txt");
-    MakeValuesIn(Folder(), count);
+  void MakeFiles() {
+    for (int n = 1; n <= kValues; ++n) MakeFile("Document " + std::to_string(n) + ".txt");
+    MakeValuesIn(Folder(), kFound);
   }
   static MruEntry FileRow() { return ListEntry("0"); }
 };
@@ -61,10 +62,9 @@ bool ReadValues() {
 
 bool FindFiles() {
   FileList world;
-  world.MakeFiles(kValues);
-  const double best = BestOf(2, [&] { world.FillFiles(); });
-  std::printf("%.9f\n", best / kValues);
-  return world.Count() == kValues && Counters().MissingCount == 0;
+  world.MakeFiles();
+  std::printf("%.9f\n", Seconds([&] { world.FillFiles(); }) / kFound);
+  return world.Count() == kFound && Counters().MissingCount == 0;
 }
 
 bool ShowMissing(Toolkit& toolkit) {
@@ -79,7 +79,7 @@ bool ShowMissing(Toolkit& toolkit) {
   window.Load();
   window.Show();
   toolkit.DoEvents();
-  const double best = BestOf(2, [&] {
+  const double time = Seconds([&] {
     ClearEntryList(list);
     FillRegistryList(FileList::FileRow(), list);
     for (WPARAM column = 0; column < 2; ++column)
@@ -88,7 +88,7 @@ bool ShowMissing(Toolkit& toolkit) {
     window.Refresh();
     toolkit.DoEvents();
   });
-  std::printf("%.6f\n", best);
+  std::printf("%.6f\n", time);
   const bool isDone = list.ListItems().Count() == kMissing && Counters().MissingCount == kMissing;
   window.Unload();
   toolkit.DoEvents();
