@@ -7,13 +7,15 @@ endif()
 
 function(torvane_embed_resources target)
   set(folder ${CMAKE_SOURCE_DIR}/resources)
+  set(numbers ${CMAKE_SOURCE_DIR}/src/platform/resource_numbers.h)
   if(WIN32)
     set(table ${folder}/torvane.rc)
-    set(also ${folder}/product.h ${folder}/torvane.exe.manifest)
-    set_source_files_properties(${table} PROPERTIES INCLUDE_DIRECTORIES ${folder})
+    set(also ${numbers} ${folder}/product.h ${folder}/torvane.exe.manifest)
+    set_source_files_properties(${table} PROPERTIES
+      INCLUDE_DIRECTORIES "${folder};${CMAKE_SOURCE_DIR}/src")
   else()
     set(table ${CMAKE_SOURCE_DIR}/src/platform/posix/resources.S)
-    set(also)
+    set(also ${numbers})
     target_include_directories(${target} PRIVATE ${folder})
   endif()
   # Neither table's compiler tells the build what it read, so a changed picture is named here.

@@ -374,6 +374,56 @@ TEST_F(CommandsTest, PutBackWhatTheyDeletedWhenAWriteFails) {
   EXPECT_EQ(list_.Hint(), u"");
 }
 
+class IniCommandsTest : public CommandsTest {
+ protected:
+  IniCommandsTest() { UseKey("Software\\Halvex\\Torvane"); }
+};
+
+TEST_F(IniCommandsTest, RefuseWhatTheFileCantHold) {
+  const std::string plain = "[List]\r\nFile1=C:\\A\r\nFile2=C:\\B\r\n; c\r\nFile3=C:\\C\r\n";
+  const struct {
+    const char* what;
+    std::string bytes;
+    Text prefix;
+  } cases[] = {
+      {"names outside its page", plain, u"\u0416"},
+      {"a survivor that is no text",
+       "\xEF\xBB\xBF[List]\r\nFile1=C:\\A\r\nFile2=\xC3\r\nFile3=C\r\n", u"File"},
+  };
+  int number = 0;
+  for (const auto& [what, bytes, prefix] : cases) {
+    SCOPED_TRACE(what);
+    const std::string name = "torvane-refuse" + std::to_string(++number) + ".ini";
+    MakeWindowsFile(name, bytes);
+    FillRow(FillIniList, u"X," + Utf16(name) + u",20,List," + prefix + u",1,*,*,*");
+    list_.ListItems()(1).Selected(true);
+    const auto rows = Rows();
+    EXPECT_THROW(DeleteSelectedEntries(context_), RaisedError);
+    EXPECT_EQ(Rows(), rows);
+    EXPECT_EQ(Selected().size(), 1U);
+    EXPECT_EQ(Counters().TotalCount, 3);
+    EXPECT_EQ(Counters().DeletedCount, 0);
+    EXPECT_EQ(WindowsFileBytes(name), bytes);
+    EXPECT_EQ(list_.Hint(), u"");
+  }
+}
+
+TEST(UndoStoreTest, ForgetsTheOldestBeyondItsRoom) {
+  // Each deletion takes what was and what is left, some 24 MB: two have room.
+  const auto picture = std::make_shared<const StorePicture>(
+      StorePicture{true, {{u"large", REG_BINARY, Bytes(12 << 20)}}});
+  UndoStore undo;
+  for (const auto* store : {u"one", u"two", u"three"}) {
+    undo.Push({store, picture, picture, Clearing::EachValue, {u"gone"}});
+  }
+  EXPECT_FALSE(undo.Holds(u"one"));
+  EXPECT_TRUE(undo.Holds(u"two"));
+  EXPECT_TRUE(undo.Holds(u"three"));
+  undo.Push({u"unchanged", picture, picture, Clearing::EachValue, {}});
+  EXPECT_FALSE(undo.Holds(u"unchanged"));
+  EXPECT_TRUE(undo.Holds(u"two"));
+}
+
 TEST_F(CommandsTest, GiveTheRunBoxNoNamesButLetters) {
   std::vector<TextValue> values;
   const std::vector<Text> names = NamesOfForm(u"a*").First(40);

@@ -1,6 +1,7 @@
 // Conformance: what the profile calls make of a file's mark, and which changes are to be refused.
 // It holds under Wine and on the layer; Windows knows one mark only.
 #include <array>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -87,6 +88,34 @@ TEST_F(ProfileMarksTest, HarmIsForeseen) {
     EXPECT_EQ(HarmToProfile(path, text), harm) << number << ": " << text;
   }
   EXPECT_EQ(HarmToProfile(Utf16(Folder()) + u"\\none.ini", u"\u0416"), ProfileHarm::OutsidePage);
+}
+
+TEST_F(ProfileMarksTest, BytesThatNoTextLeadsToAreSeen) {
+  const struct {
+    std::string bytes;
+    bool isBroken;
+  } cases[] = {
+      {"\xEF\xBB\xBF[a]\r\nx=\xC3\xA9\r\n", false},
+      {"\xEF\xBB\xBF[a]\r\ny=1\r\nx=\xC3\r\n", true},
+      {"[a]\r\nx=\x81\xFF\r\n", false},
+      {"\xFF\xFE" + Units(Text(u"[a]\r\nx=\xD83D\r\n"), 0), false},
+  };
+  int number = 0;
+  for (const auto& [bytes, isBroken] : cases) {
+    const Text path = Utf16(MakeFile("broken" + std::to_string(++number) + ".ini", bytes));
+    EXPECT_EQ(HasBrokenText(path, u"A"), isBroken) << number;
+  }
+}
+
+TEST_F(ProfileMarksTest, WhatCannotBeReadIsNamed) {
+  const std::string large = MakeFile("large.ini", "[a]\r\nx=1\r\n");
+  EXPECT_EQ(ProfileProblem(Utf16(large)), u"");
+  EXPECT_EQ(ProfileProblem(Utf16(Folder()) + u"\\none.ini"), u"");
+  EXPECT_EQ(ProfileProblem(Utf16(Folder()) + u"\\none\\none.ini"), u"");
+  EXPECT_EQ(ProfileProblem(u"torvane-none.ini"), u"");
+  EXPECT_TRUE(ProfileProblem(Utf16(MakeFolder("folder.ini"))).starts_with(u"can't be read: "));
+  std::filesystem::resize_file(Host(large), std::uintmax_t{1} << 30U);
+  EXPECT_EQ(ProfileProblem(Utf16(large)), u"has 1.0 GB, and no more than 64.0 MB are read");
 }
 
 TEST_F(ProfileMarksTest, LettersBeyondAsciiHaveNoCase) {

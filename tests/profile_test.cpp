@@ -154,6 +154,21 @@ TEST_F(ProfileTest, OddFilesGiveWhatCanBeRead) {
   }
 }
 
+TEST_F(ProfileTest, ASectionIsWrittenWithAllItsLines) {
+  const std::string path = Make("[a]\r\nx=1\r\n[s]\r\nold=1\r\n[b]\r\ny=2\r\n[S]\r\nz=3\r\n");
+  const Text lines(u"k=1\0j=\"q\"\0K=2\0", 14);
+  EXPECT_EQ(WritePrivateProfileSectionW(W("S"), Wide(lines), W(path)), TRUE);
+  ScratchWorld::WriteBack();
+  Text buffer(64, u'#');
+  const DWORD count = GetPrivateProfileSectionW(W("s"), WideBuffer(buffer), 64, W(path));
+  EXPECT_EQ(buffer.substr(0, count), lines);
+  EXPECT_EQ(Read(path, "s", "k"), "1");
+  EXPECT_EQ(Read(path, "s", "old"), "def");
+  EXPECT_EQ(WritePrivateProfileSectionW(W("s"), nullptr, W(path)), TRUE);
+  EXPECT_EQ(Read(path, nullptr, nullptr), "a|b|S|");
+  EXPECT_EQ(Read(path, "a", "x"), "1");
+}
+
 TEST_F(ProfileTest, WhatIsNoFileReadsAsNothing) {
   const std::string missing = Folder() + "\\missing.ini";
   const std::string noFolder = Folder() + "\\none\\a.ini";

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "readers/basListFill.h"
 #include "readers/icon_paths.h"
 #include "readers/ini_folders.h"
+#include "storage/raised_error.h"
 #include "support/list_window.h"
 #include "support/printing.h"
 #include "support/scratch_world.h"
@@ -118,6 +121,43 @@ TEST_F(ReadersTest, WindowsFolderListsReadAllKeysOrNumberedOnes) {
   FillEntry(FillWinIniList, EntryFromRow(u"X,torvane-test.ini,23,My List,RecentFile,0,*,*,*"));
   EXPECT_EQ(Rows(), (std::vector<Shown>{{"KEEP", "a.txt", Lower(Folder())},
                                         {"KILL", "b.txt", "c:\\none"}}));
+}
+
+TEST_F(ReadersTest, ColumnsStandBeforeTheFolderIsAskedFor) {
+  UseKey("Software\\Halvex\\Torvane");
+  const struct {
+    Reader reader;
+    int columns;
+  } readers[] = {{FillIniFolderList, 1}, {FillInstalledIniList, 2}};
+  for (const auto& [reader, columns] : readers) {
+    Counters() = {7, 5, 3};
+    int seen = -1;
+    toolkit_.asked = [&] {
+      seen = list_.ColumnHeaders().Count();
+      EXPECT_EQ(Counters().TotalCount, 0);
+      EXPECT_EQ(Counters().DeletedCount, 0);
+      EXPECT_EQ(Counters().MissingCount, 0);
+    };
+    FillEntry(reader, EntryFromRow(u"Some Viewer,torvane-test.ini,21,My List,Dir,0,*,*,*"));
+    EXPECT_EQ(seen, columns);
+  }
+}
+
+TEST_F(ReadersTest, AFileThatCannotBeReadIsTold) {
+  MakeWindowsFile("torvane-test.ini", "[My List]\r\nFile1=C:\\A\r\n");
+  const MruEntry entry = EntryFromRow(u"X,torvane-test.ini,20,My List,File,1,*,*,*");
+  std::filesystem::resize_file(Host("C:\\windows\\torvane-test.ini"), std::uintmax_t{1} << 30U);
+  try {
+    FillEntry(FillIniList, entry);
+    ADD_FAILURE() << "nothing was told";
+  } catch (const RaisedError& error) {
+    EXPECT_EQ(LowerCase(error.Description()),
+              u"the file 'c:\\windows\\torvane-test.ini' has 1.0 gb, and no more than 64.0 mb are "
+              u"read.");
+  }
+  EXPECT_EQ(list_.ColumnHeaders().Count(), 2);
+  EXPECT_EQ(list_.ListItems().Count(), 0);
+  EXPECT_EQ(Counters().TotalCount, 0);
 }
 
 TEST_F(ReadersTest, AsksForTheFolderOnceAndRemembersIt) {

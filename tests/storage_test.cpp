@@ -203,7 +203,7 @@ TEST_F(clsRegistryTest, WritesByValueType) {
     registry_.ValueKey(u"v");
     registry_.ValueType(c.type);
     registry_.Value(c.value);
-    const auto stored = registry_.Stored();
+    const auto stored = registry_.Data();
     const std::string digit = stored ? std::to_string(stored->type) + ":" : "";
     EXPECT_EQ(digit + Values(kKey)["v"], c.stored);
   }
@@ -240,17 +240,17 @@ TEST_F(clsRegistryTest, RaisesWithNumberSourceAndDescription) {
   EXPECT_EQ(raised([&] { registry_.Value(Text(u"x")); }).Description(), u"");
 }
 
-TEST_F(clsRegistryTest, KeepsStoredBytesAsTheyAre) {
+TEST_F(clsRegistryTest, KeepsDataAsItIs) {
   registry_.ValueKey(u"v\u65E5");
-  EXPECT_FALSE(registry_.Stored());
+  EXPECT_FALSE(registry_.Data());
   for (const auto& [what, type, bytes] : testing::HostileDataTable()) {
-    StoredBytes stored{static_cast<std::int32_t>(type), Bytes(bytes.size())};
+    TypedData stored{static_cast<std::int32_t>(type), Bytes(bytes.size())};
     std::memcpy(stored.bytes.data(), bytes.data(), bytes.size());
-    registry_.Stored(stored);
-    EXPECT_EQ(registry_.Stored().value().type, stored.type) << what;
-    EXPECT_EQ(registry_.Stored().value().bytes, stored.bytes) << what;
+    registry_.Data(stored);
+    EXPECT_EQ(registry_.Data().value().type, stored.type) << what;
+    EXPECT_EQ(registry_.Data().value().bytes, stored.bytes) << what;
   }
-  registry_.Stored({1, {std::byte{0x3D}, std::byte{0xD8}, std::byte{'x'}}});
+  registry_.Data({1, {std::byte{0x3D}, std::byte{0xD8}, std::byte{'x'}}});
   EXPECT_EQ(registry_.Value(), Variant(Text(1, char16_t{0xD83D}))) << "half a pair, half a unit";
 }
 

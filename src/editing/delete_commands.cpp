@@ -28,7 +28,12 @@ void ShowCounters(const DeleteContext& context) {
 }
 
 void ShowAnew(const DeleteContext& context) {
-  FillListAgain(context.list);
+  try {
+    FillListAgain(context.list);
+  } catch (const RaisedError&) {
+    ShowCounters(context);
+    throw;
+  }
   ShowCounters(context);
 }
 

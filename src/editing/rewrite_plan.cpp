@@ -111,9 +111,14 @@ std::vector<bool> NumberedPlaces(const ShownList& shown) {
   const NameIndex index(*shown.picture);
   const auto count = static_cast<std::int64_t>(ListedNames(*shown.picture));
   const std::int64_t last = std::max(count, names.first + count - 1);
-  std::vector<bool> places(shown.picture->values.size());
+  const auto& values = shown.picture->values;
+  std::vector<bool> places(values.size());
   for (std::int64_t n = 1; names.first + n - 1 <= last; ++n) {
     if (const auto place = index.Find(names.Numbered(n))) places[*place] = true;
+  }
+  // A line behind another of its name is read by nobody, and must not be when that one has gone.
+  for (std::size_t place = 0; place < values.size(); ++place) {
+    if (!places[place]) places[place] = places[index.Find(values[place].name).value_or(place)];
   }
   return places;
 }

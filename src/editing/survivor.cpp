@@ -13,7 +13,7 @@ bool ReadsTheSame(const ShownList& shown, const ListItem& item, const StoredValu
                   const Text& text) {
   const ListForm& form = *shown.description.form;
   const StoredValue& stored = shown.picture->values[item.Number()];
-  if (!shown.store->ReadsWhole(stored) || !shown.store->Takes(text, stored)) return false;
+  if (!shown.store->ReadsWhole(stored) || !shown.store->Takes(text)) return false;
   const ShownEntry now = form.shows({stored.name, shown.store->ValueOf(stored)});
   if (now.written != text) return false;
   const NamedValue value{written.name, shown.store->ValueOf(written)};

@@ -90,4 +90,13 @@ enum class ProfileHarm {
 /// fail by itself.
 ProfileHarm HarmToProfile(const std::u16string& path, std::u16string_view text);
 
+/// Whether a change of a section would write lines anew whose bytes their text doesn't lead back
+/// to: half a character of a page with two bytes for one, ill-formed UTF-8. False where the file
+/// can't be read.
+bool HasBrokenText(const std::u16string& path, const std::u16string& section);
+
+/// Why the profile file of a path can't be read, which the calls give as one without sections; in
+/// words that follow its name ("has 5.0 TB, ..."). Empty where it can be read or isn't there.
+std::u16string ProfileProblem(const std::u16string& path);
+
 }  // namespace torvane

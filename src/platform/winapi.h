@@ -196,8 +196,11 @@ DWORD GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback, L
 /// The lines of a section that aren't blank and no comments, as "key=value" with the value's quotes
 /// kept, each closed by a NUL; gives the units copied, without the last NUL.
 DWORD GetPrivateProfileSectionW(LPCWSTR section, LPWSTR buffer, DWORD size, LPCWSTR path);
+/// Makes these the section's lines, "key=value" each, closed by a NUL and the last by two; two of
+/// one name are two lines. With null lines removes the section. Comments may go or stay.
+BOOL WritePrivateProfileSectionW(LPCWSTR section, LPCWSTR lines, LPCWSTR path);
 /// Sets a value; with a null value removes the key, with a null key the whole section. What the
-/// file's encoding can't hold is not for this call: see HarmToProfile.
+/// file's encoding can't hold is not for this call, nor for the one above: see HarmToProfile.
 BOOL WritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value, LPCWSTR path);
 
 // ---- Files and folders ----

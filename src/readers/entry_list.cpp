@@ -86,10 +86,10 @@ const ListKindRow* FindListKind(int ListKind) {
   return row == kKinds.end() ? nullptr : row;
 }
 
-void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
-                  const Text& Text2, const Text& Tag, const Text& Text3, std::size_t Number) {
+ListItem* AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
+                       const Text& Text2, const Text& Tag, const Text& Text3, std::size_t Number) {
   const ListKindRow* row = FindListKind(ListKind);
-  if (!row) return;
+  if (!row) return nullptr;
 
   const std::array<const Text*, 4> texts = {nullptr, &Text1, &Text2, &Text3};
   const auto chosen = [&](int number) -> const Text& {
@@ -103,6 +103,7 @@ void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Te
   item.Number(Number);
   if (IconPath == Icons().IconMissingFile) item.ImageNote(u"Missing");
   SetImage(list, item, image);
+  return &item;
 }
 
 void ClearEntryList(List& list) {

@@ -32,9 +32,10 @@ const ListKindRow* FindListKind(int ListKind);
 
 /// Adds an item behind the others; the only way into the list. `ListKind` says which texts stand in
 /// which column and how the shell finds the icon of `IconPath`; a kind that isn't known adds
-/// nothing. `Number` is the item's own.
-void AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
-                  const Text& Text2, const Text& Tag, const Text& Text3, std::size_t Number = 0);
+/// nothing. `Number` is the item's own. Gives the item, null for none.
+ListItem* AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
+                       const Text& Text2, const Text& Tag, const Text& Text3,
+                       std::size_t Number = 0);
 
 /// Empties columns and items and lets pending window messages run.
 void ClearEntryList(List& list);

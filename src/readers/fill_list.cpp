@@ -1,15 +1,18 @@
 // The theme of all readers: the walk over a list's store that fills the list.
 
+#include "platform/extras.h"
 #include "readers/ini_folders.h"
 #include "readers/list_description.h"
 #include "storage/names.h"
 #include "storage/paths.h"
+#include "storage/raised_error.h"
 
 namespace torvane {
 namespace {
 
 // As many characters of key names as a section's listing holds, each name closed by a NUL.
 constexpr std::size_t kLongestListing = 8190;
+constexpr std::int32_t kProblemErrorNumber = 26006;
 
 void PrepareList(const ListForm& form, List& list) {
   ResetCounters();
@@ -51,11 +54,16 @@ void AddEntries(const ShownList& shown, List& list) {
     const ShownEntry entry = form.shows(value);
     const bool missing = entry.standing == Standing::Missing;
     if (missing) ++counters.MissingCount;
-    AddListEntry(list, entry.kind, entry.iconPath, entry.text1, entry.text2,
-                 missing ? missingTag : foundTag, entry.text3, place);
-    if (entry.standing == Standing::OutOfReach)
-      list.ListItems()(list.ListItems().Count()).ImageNote(u"Can't be reached");
+    ListItem* const item = AddListEntry(list, entry.kind, entry.iconPath, entry.text1, entry.text2,
+                                        missing ? missingTag : foundTag, entry.text3, place);
+    if (item && entry.standing == Standing::OutOfReach) item->ImageNote(u"Can't be reached");
   }
+}
+
+// What reads as nothing because it can't be read is told.
+void CheckReadable(const ValueStore& store) {
+  if (const Text problem = store.Problem(); !problem.empty())
+    throw RaisedError(kProblemErrorNumber, ExecutableBaseName(), problem);
 }
 
 void ReadInto(ShownList& shown, List& list) {
@@ -118,7 +126,9 @@ void FillList(ListDescription description, List& list) {
   shown->description = std::move(description);
   shown->store = std::move(store);
   ReadInto(*shown, list);
+  ShownList& source = *shown;
   list.Source(std::move(shown));
+  CheckReadable(*source.store);
 }
 
 void FillListAgain(List& list) {
@@ -127,6 +137,7 @@ void FillListAgain(List& list) {
   ResetCounters();
   list.ListItems().Clear();
   ReadInto(*shown, list);
+  CheckReadable(*shown->store);
 }
 
 ShownList* ShownIn(const List& list) {

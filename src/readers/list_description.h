@@ -72,10 +72,11 @@ const ListType* FindListType(TextView number);
 ListDescription DescribeRow(const MruEntry& row, const ListType& type);
 
 /// Sets up a list's columns and fills it from its store, which for an AskedFile may ask the user
-/// for the folder. Throws RaisedError where the program's own key for such folders can't be made;
-/// the list then has its columns and no items.
+/// for the folder. Throws RaisedError where the program's own key for such folders can't be made,
+/// or the store can't be read; the list then has its columns and no items.
 void FillList(ListDescription description, List& list);
-/// Fills the list again from the store that it was filled from; columns stay.
+/// Fills the list again from the store that it was filled from; columns stay. Throws where that
+/// can't be read.
 void FillListAgain(List& list);
 
 /// What a list on the screen was filled from.

@@ -71,14 +71,14 @@ LSTATUS Query(const OpenKey& key, const Text& name, DWORD& type, Bytes& bytes) {
 
 // A value of an open key; nothing where there is none. Most values fit at the first attempt, and
 // one that another program lengthens meanwhile at a later one.
-std::optional<StoredBytes> ReadStored(const OpenKey& key, const Text& name) {
+std::optional<TypedData> DataOf(const OpenKey& key, const Text& name) {
   constexpr std::size_t kUsualSize = 1024;
   Bytes bytes(kUsualSize);
   DWORD type = REG_NONE;
   LSTATUS status = Query(key, name, type, bytes);
   while (status == ERROR_MORE_DATA) status = Query(key, name, type, bytes);
   if (status != ERROR_SUCCESS) return std::nullopt;
-  return StoredBytes{static_cast<std::int32_t>(type), std::move(bytes)};
+  return TypedData{static_cast<std::int32_t>(type), std::move(bytes)};
 }
 
 LSTATUS WriteText(const OpenKey& key, const Text& name, const Text& text) {
@@ -150,7 +150,7 @@ bool clsRegistry::DeleteValue() const {
 }
 
 Variant clsRegistry::Value() {
-  const auto stored = Stored();
+  const auto stored = Data();
   if (!stored) return default_;
   valueType_ = stored->type;
   return ReadData(stored->type, stored->bytes);
@@ -169,11 +169,11 @@ void clsRegistry::Value(const Variant& vValue) const {
   }
 }
 
-std::optional<StoredBytes> clsRegistry::Stored() const {
-  return ReadStored(OpenKey::Existing(classKey_, sectionKey_, kRead), valueKey_);
+std::optional<TypedData> clsRegistry::Data() const {
+  return DataOf(OpenKey::Existing(classKey_, sectionKey_, kRead), valueKey_);
 }
 
-void clsRegistry::Stored(const StoredBytes& stored) const {
+void clsRegistry::Data(const TypedData& stored) const {
   const OpenKey key = OpenKey::Created(classKey_, sectionKey_);
   if (!key.opened()) Raise(kErrorNumber, WriteFailure({}));
   // The call takes a NUL that happens to stand behind a text for the one that the text lacks.

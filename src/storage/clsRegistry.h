@@ -19,8 +19,8 @@ constexpr std::int32_t kLocalMachine = static_cast<std::int32_t>(0x80000002);
 constexpr std::int32_t kTextType = 1;
 constexpr std::int32_t kNumberType = 4;
 
-/// A value as the registry stores it, text in 16-bit units.
-struct StoredBytes {
+/// The data of a value as the registry has it, text in 16-bit units.
+struct TypedData {
   std::int32_t type = 0;
   Bytes bytes;
 };
@@ -45,10 +45,10 @@ class clsRegistry {
   /// number as type 4 and ignore anything else.
   void Value(const Variant& vValue) const;
 
-  /// The value as it is stored, for writing it back elsewhere; nothing where there is none.
-  std::optional<StoredBytes> Stored() const;
-  /// Writes a value as it was stored, whatever ValueType is; throws as Value does.
-  void Stored(const StoredBytes& stored) const;
+  /// The value's data as it is, for writing it elsewhere; nothing where there is none.
+  std::optional<TypedData> Data() const;
+  /// Writes data as it is, whatever ValueType is; throws as Value does.
+  void Data(const TypedData& data) const;
 
   /// The names of the key's values in the registry's order; slot 1 of the caller's array is element
   /// 0 of `sKeyNames`. True always: the count tells whether there are any.

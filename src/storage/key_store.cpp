@@ -129,7 +129,7 @@ StoredValue KeyStore::ValueFor(const Text& name, const Text& text) const {
   return {name, TypeForText(text), BytesOfText({text.c_str(), text.size() + 1})};
 }
 
-bool KeyStore::Takes(const Text& /*text*/, const StoredValue& /*stored*/) const {
+bool KeyStore::Takes(const Text& /*text*/) const {
   return true;
 }
 
@@ -150,7 +150,7 @@ void KeyStore::Set(const StoredValue& value) const {
   registry.ClassKey(kCurrentUser);
   registry.SectionKey(path_);
   registry.ValueKey(value.name);
-  registry.Stored({value.type, value.bytes});
+  registry.Data({value.type, value.bytes});
 }
 
 void KeyStore::DeleteAll() const {

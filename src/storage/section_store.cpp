@@ -1,10 +1,12 @@
 // The lines of an INI file's section, and what reading and writing make of them.
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "platform/extras.h"
 #include "platform/winapi.h"
 #include "storage/clsRegistry.h"
+#include "storage/names.h"
 #include "storage/paths.h"
 #include "storage/raised_error.h"
 #include "storage/value_store.h"
@@ -16,13 +18,15 @@ constexpr TextView kBlanks = u" \t";
 /// What reading a value gives at most, as clsIni does.
 constexpr std::size_t kLongestValue = 254;
 
-// The lines of the section, each closed by a NUL.
-Text SectionLines(const Text& file, const Text& section) {
+constexpr std::int32_t kHarmErrorNumber = 26005;
+
+// A list that a profile call gives, each text closed by a NUL. `call` fills a buffer.
+template <class Call>
+Text WholeList(Call call) {
   constexpr DWORD kMostUnits = 1U << 28U;
   for (DWORD size = 1U << 15U;; size *= 4) {
     Text buffer(size, u'\0');
-    const DWORD copied =
-        GetPrivateProfileSectionW(Wide(section), WideBuffer(buffer), size, Wide(file));
+    const DWORD copied = call(WideBuffer(buffer), size);
     // A list that fills the buffer but for two NULs has been cut.
     if (copied < size - 2 || size >= kMostUnits) {
       buffer.resize(copied);
@@ -49,6 +53,38 @@ TextView Unquoted(TextView value) {
   return value.substr(1, value.size() - 2);
 }
 
+// Calls `take` with each text of a list.
+template <class Take>
+void ForEachText(const Text& list, Take take) {
+  for (std::size_t begin = 0; begin < list.size();) {
+    const std::size_t end = std::min(list.find(u'\0', begin), list.size());
+    take(TextView(list).substr(begin, end - begin));
+    begin = end + 1;
+  }
+}
+
+Text SectionLines(const Text& file, const Text& section) {
+  return WholeList([&](WCHAR* buffer, DWORD size) {
+    return GetPrivateProfileSectionW(Wide(section), buffer, size, Wide(file));
+  });
+}
+
+Text LineOf(const StoredValue& value) {
+  return value.name + u"=" + TextOfBytes(value.bytes);
+}
+
+// The profile calls know case in ASCII only.
+bool HasEqualNames(const StorePicture& picture) {
+  std::unordered_set<Text> names;
+  return !std::all_of(picture.values.begin(), picture.values.end(), [&](const StoredValue& value) {
+    Text name = value.name;
+    for (char16_t& unit : name) {
+      if (unit >= u'A' && unit <= u'Z') unit |= 0x20U;
+    }
+    return names.insert(std::move(name)).second;
+  });
+}
+
 bool IsInCodePage(const Text& text) {
   return FromAnsi(ToAnsi(text)) == text;
 }
@@ -60,14 +96,10 @@ SectionStore::SectionStore(const Text& file, Text section)
 
 StorePicture SectionStore::Read() const {
   StorePicture picture;
-  const Text lines = SectionLines(file_, section_);
-  for (std::size_t begin = 0; begin < lines.size();) {
-    const std::size_t end = std::min(lines.find(u'\0', begin), lines.size());
-    const TextView line = TextView(lines).substr(begin, end - begin);
+  ForEachText(SectionLines(file_, section_), [&](TextView line) {
     const auto equals = line.find(u'=');
     if (equals != TextView::npos) picture.values.push_back(LineValue(line, equals));
-    begin = end + 1;
-  }
+  });
   picture.exists = !picture.values.empty();
   return picture;
 }
@@ -88,14 +120,68 @@ StoredValue SectionStore::ValueFor(const Text& name, const Text& text) const {
   return {name, kTextType, BytesOfText(written)};
 }
 
-// A file in the code page has no place for other characters. Whether it is one can be seen where it
-// holds such a character already.
-bool SectionStore::Takes(const Text& text, const StoredValue& stored) const {
-  return IsInCodePage(text) || !IsInCodePage(TextOfBytes(stored.bytes));
+// What the code page holds every file holds; the file itself is asked for the rest.
+bool SectionStore::Takes(const Text& text) const {
+  return IsInCodePage(text) || HarmToProfile(file_, text) == ProfileHarm::None;
 }
 
 Text SectionStore::Identity() const {
   return file_ + u" [" + section_ + u"]";
+}
+
+Text SectionStore::Problem() const {
+  const Text problem = ProfileProblem(file_);
+  return problem.empty() ? problem : u"The file '" + file_ + u"' " + problem + u".";
+}
+
+void SectionStore::Refuse(const Text& why) const {
+  throw RaisedError(kHarmErrorNumber, ExecutableBaseName(),
+                    u"The file '" + file_ + u"' " + why + u" Nothing has been changed.");
+}
+
+void SectionStore::CheckHolds(const StorePicture& to) const {
+  Text texts = section_;
+  for (const StoredValue& value : to.values) texts += u"\n" + LineOf(value);
+  switch (HarmToProfile(file_, texts)) {
+    case ProfileHarm::UnknownMark:
+      Refuse(u"begins with a mark that Windows doesn't know when it writes.");
+    case ProfileHarm::OutsidePage:
+      Refuse(u"is in an encoding that hasn't all characters of what is to be written.");
+    case ProfileHarm::None:
+      break;
+  }
+  if (HasBrokenText(file_, section_)) {
+    Refuse(u"holds bytes that are no characters, and that would become others.");
+  }
+}
+
+// The calls that go by a name mean the first line of that name, and the first section.
+bool SectionStore::ReplaceAtOnce(const StorePicture& from, const StorePicture& to,
+                                 Clearing clearing) const {
+  const bool isWhole = clearing == Clearing::Whole;
+  const bool standsTwice = isWhole && StandsTwice();
+  if (!standsTwice && !HasEqualNames(to) && (isWhole || !HasEqualNames(from))) return false;
+  if (isWhole && !standsTwice) DeleteAll();
+  WriteLines(to);
+  return true;
+}
+
+bool SectionStore::StandsTwice() const {
+  std::size_t count = 0;
+  const Text names = WholeList([&](WCHAR* buffer, DWORD size) {
+    return GetPrivateProfileStringW(nullptr, nullptr, Wide(u""), buffer, size, Wide(file_));
+  });
+  ForEachText(names, [&](TextView name) { count += SameName(name, section_) ? 1 : 0; });
+  return count > 1;
+}
+
+void SectionStore::WriteLines(const StorePicture& picture) const {
+  Text lines;
+  ForEachText(SectionLines(file_, section_), [&](TextView line) {
+    if (line.find(u'=') == TextView::npos) lines.append(line).push_back(u'\0');
+  });
+  for (const StoredValue& value : picture.values) lines += LineOf(value) + u'\0';
+  if (WritePrivateProfileSectionW(Wide(section_), Wide(lines), Wide(file_)) == FALSE) FailToWrite();
 }
 
 void SectionStore::Write(const char16_t* key, const char16_t* text) const {
@@ -103,6 +189,10 @@ void SectionStore::Write(const char16_t* key, const char16_t* text) const {
                                  text ? Wide(text) : nullptr, Wide(file_)) != FALSE) {
     return;
   }
+  FailToWrite();
+}
+
+void SectionStore::FailToWrite() const {
   throw RaisedError(static_cast<std::int32_t>(GetLastError()), ExecutableBaseName(),
                     u"The file '" + file_ + u"' could not be written.");
 }

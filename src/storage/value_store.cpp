@@ -66,6 +66,7 @@ std::size_t SizeOf(const StorePicture& picture) {
 
 StorePicture ValueStore::Replace(const StorePicture& from, const StorePicture& to,
                                  Clearing clearing) const {
+  CheckHolds(to);
   try {
     Change(from, to, clearing);
     StorePicture now = Read();
@@ -86,6 +87,7 @@ StorePicture ValueStore::Replace(const StorePicture& from, const StorePicture& t
 }
 
 void ValueStore::Change(const StorePicture& from, const StorePicture& to, Clearing clearing) const {
+  if (ReplaceAtOnce(from, to, clearing)) return;
   if (clearing == Clearing::Whole) {
     DeleteAll();
     for (const StoredValue& value : to.values) Set(value);
@@ -101,7 +103,6 @@ void ValueStore::Change(const StorePicture& from, const StorePicture& to, Cleari
 std::vector<Text> ValueStore::PutBack(const StorePicture& picture) const {
   const StorePicture now = Read();
   if (now.values == picture.values) return {};
-  const Staying staying = WhatStays(now, picture);
   const auto tryTo = [](const auto& change) {
     try {
       change();
@@ -109,10 +110,13 @@ std::vector<Text> ValueStore::PutBack(const StorePicture& picture) const {
       // What can't be put back is told below, entry by entry.
     }
   };
-  for (std::size_t at = 0; at < now.values.size(); ++at) {
+  bool isDone = false;
+  tryTo([&] { isDone = ReplaceAtOnce(now, picture, Clearing::EachValue); });
+  const Staying staying = WhatStays(now, picture);
+  for (std::size_t at = 0; at < now.values.size() && !isDone; ++at) {
     if (!staying.inFrom[at]) tryTo([&] { Delete(now.values[at]); });
   }
-  for (std::size_t at = staying.inTo; at < picture.values.size(); ++at) {
+  for (std::size_t at = staying.inTo; at < picture.values.size() && !isDone; ++at) {
     tryTo([&] { Set(picture.values[at]); });
   }
   const StorePicture then = Read();

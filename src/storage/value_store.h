@@ -54,14 +54,17 @@ class ValueStore {
   virtual bool ReadsWhole(const StoredValue& stored) const = 0;
   /// The value that writing a text leaves.
   virtual StoredValue ValueFor(const Text& name, const Text& text) const = 0;
-  /// Whether the store takes every character of a text that stands for the value `stored`.
-  virtual bool Takes(const Text& text, const StoredValue& stored) const = 0;
+  /// Whether the store takes every character of a text.
+  virtual bool Takes(const Text& text) const = 0;
   /// Names the store among all others.
   virtual Text Identity() const = 0;
+  /// Why the store can't be read, in a sentence; empty where it can be or isn't there.
+  virtual Text Problem() const { return {}; }
 
   /// Makes `to` of `from`, which is what the store holds now, and gives what it holds then. An
   /// error on the way puts `from` back and is thrown as RaisedError; its description says what is
-  /// missing where putting back fails too.
+  /// missing where putting back fails too. What the store couldn't hold is refused before anything
+  /// is changed.
   StorePicture Replace(const StorePicture& from, const StorePicture& to, Clearing clearing) const;
 
  protected:
@@ -69,6 +72,13 @@ class ValueStore {
   virtual void Delete(const StoredValue& value) const = 0;
   virtual void Set(const StoredValue& value) const = 0;
   virtual void DeleteAll() const = 0;
+  /// Throws where the store can't hold `to`, or not without harm to what it holds besides.
+  virtual void CheckHolds(const StorePicture& /*to*/) const {}
+  /// Does in one step what can't be done value by value; false where it can.
+  virtual bool ReplaceAtOnce(const StorePicture& /*from*/, const StorePicture& /*to*/,
+                             Clearing /*clearing*/) const {
+    return false;
+  }
 
  private:
   void Change(const StorePicture& from, const StorePicture& to, Clearing clearing) const;
@@ -86,7 +96,7 @@ class KeyStore : public ValueStore {
   Variant ValueOf(const StoredValue& stored) const override;
   bool ReadsWhole(const StoredValue& stored) const override;
   StoredValue ValueFor(const Text& name, const Text& text) const override;
-  bool Takes(const Text& text, const StoredValue& stored) const override;
+  bool Takes(const Text& text) const override;
   Text Identity() const override;
 
  protected:
@@ -107,16 +117,24 @@ class SectionStore : public ValueStore {
   Variant ValueOf(const StoredValue& stored) const override;
   bool ReadsWhole(const StoredValue& stored) const override;
   StoredValue ValueFor(const Text& name, const Text& text) const override;
-  bool Takes(const Text& text, const StoredValue& stored) const override;
+  bool Takes(const Text& text) const override;
   Text Identity() const override;
+  Text Problem() const override;
 
  protected:
   void Delete(const StoredValue& value) const override;
   void Set(const StoredValue& value) const override;
   void DeleteAll() const override;
+  void CheckHolds(const StorePicture& to) const override;
+  bool ReplaceAtOnce(const StorePicture& from, const StorePicture& to,
+                     Clearing clearing) const override;
 
  private:
+  bool StandsTwice() const;
   void Write(const char16_t* key, const char16_t* text) const;
+  void WriteLines(const StorePicture& picture) const;
+  [[noreturn]] void Refuse(const Text& why) const;
+  [[noreturn]] void FailToWrite() const;
 
   Text file_;
   Text section_;

@@ -1,6 +1,7 @@
 #include <fstream>
 #include <string>
 
+#include "platform/extras.h"
 #include "platform/posix/disk/forget.h"
 #include "platform/posix/prefix/prefix.h"
 #include "platform/posix/registry/ansi_page.h"
@@ -58,6 +59,14 @@ TEST_F(CodePagesTest, BrokenPairsGiveTheDefaultCharacter) {
   EXPECT_EQ(FromCodePage(std::string("\x82\0b", 3)), std::u16string(u"\u30FB\0b", 3));
   EXPECT_EQ(FromCodePage("\x82\x20z"), u"\u30FBz");
   EXPECT_EQ(ToCodePage(u"\u00E4\u3042"), "?\x82\xA0");
+}
+
+TEST_F(CodePagesTest, ASectionOfBrokenPairsIsSeen) {
+  Use("932");
+  const Text path = Utf16(
+      MakeFile("pairs.ini", "; \x82\r\n[whole]\r\nx=\x82\xA0\r\n[half]\r\nx=1\r\ny=\x82\r\n"));
+  EXPECT_FALSE(HasBrokenText(path, u"whole"));
+  EXPECT_TRUE(HasBrokenText(path, u"half"));
 }
 
 TEST(Utf8, IllFormedPartsBecomeReplacementCharacters) {

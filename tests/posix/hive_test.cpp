@@ -30,7 +30,7 @@ constexpr const char* kOddHive =
 
 TEST_F(HiveTest, LoadingAndSavingGivesTheSameBytes) {
   std::vector<std::string> hives = {kHeader, kHeader + "\n" + kOddHive};
-  const auto samples = std::filesystem::path(__FILE__).parent_path() / "../../samples";
+  const auto samples = std::filesystem::path(TORVANE_SOURCE_FOLDER) / "samples";
   for (const auto& entry : std::filesystem::recursive_directory_iterator(samples))
     if (entry.path().extension() == ".reg") hives.push_back(Read(entry.path()));
   ASSERT_GT(hives.size(), 2U);

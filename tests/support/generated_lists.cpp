@@ -98,8 +98,15 @@ std::string MakeIni(Choices& choices, const GeneratedWorld& world, const MruEntr
     const TextView between = choices.OneIn(5) ? u" = " : u"=";
     lines += names.Numbered(n) + Text(between) + ForLine(MakeText(choices, world), isWide);
     lines += choices.OneIn(8) ? u" \r\n\r\n" : u"\r\n";
+    // What stands behind a line or a section of the same name is read by nobody.
+    if (choices.OneIn(12))
+      lines +=
+          names.Numbered(1 + choices.Below(static_cast<std::uint32_t>(n))) + u"=C:\\second\r\n";
+    if (choices.OneIn(20)) lines += u"bare\r\n";
   }
   if (choices.OneIn(2)) lines += u"[After]\r\ny=2\r\n";
+  if (choices.OneIn(8)) lines += u"[LIST]\r\n" + names.Numbered(1) + u"=C:\\second\r\n";
+  if (choices.OneIn(4)) lines.resize(lines.size() - 2);
   if (!isWide) return ToAnsi(lines);
   std::string bytes = "\xFF\xFE";
   for (const char16_t unit : lines) {
@@ -188,10 +195,7 @@ class Run {
     const std::vector<Row> staying = RowsOf(world_.context.list, false);
     try {
       command_.run(world_.context);
-      // A section that was gone from the file comes back at its end.
-      const bool isWritten = choices_.OneIn(4);
-      if (isWritten) world_.writeBack();
-      const bool moves = isWritten && !ShownIn(world_.context.list)->picture->exists;
+      if (choices_.OneIn(4)) world_.writeBack();
       const std::vector<Row> shown = RowsOf(world_.context.list, true);
       Read();
       const std::vector<Row> then = RowsOf(world_.context.list, true);
@@ -202,7 +206,7 @@ class Run {
       Read();
       const StorePicture after = *ShownIn(world_.context.list)->picture;
       if (after.values != before.values) return Told("is put back", before) + Printed(after);
-      if (world_.givesBackBytes && IsIni() && !moves && world_.iniBytes() != ini_)
+      if (world_.givesBackBytes && IsIni() && world_.iniBytes() != ini_)
         return Told("has its bytes again", before) + "\n" + ini_ + "\n" + world_.iniBytes();
     } catch (const RaisedError& error) {
       return Told("raises no error", before) + "\n" + Printed(error.Description());

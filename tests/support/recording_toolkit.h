@@ -39,6 +39,8 @@ class RecordingToolkit : public Toolkit {
   Text clipboard;
   /// What the next folder dialogues answer; cancel when used up.
   std::deque<Text> folders;
+  /// Runs while such a dialogue is open.
+  std::function<void()> asked;
   /// What the next DoEvents lets run.
   std::function<void()> events;
 
@@ -70,6 +72,7 @@ class RecordingToolkit : public Toolkit {
   void CopyText(const Text& text) override { clipboard = text; }
   Text BrowseFolder(Form& /*owner*/, const Text& title) override {
     folderTitles.push_back(title);
+    if (asked) asked();
     if (folders.empty()) return {};
     Text chosen = folders.front();
     folders.pop_front();

@@ -2,6 +2,8 @@
 // that resources/torvane.rc gives them on Windows. resources.cpp reads the table row by row: a
 // kind and a number of 32 bits each, the address of the bytes and their count; zeros end it.
 
+#include "platform/resource_numbers.h"
+
 #define DATA 1
 #define ICON 2
 #define CURSOR 3
@@ -22,16 +24,16 @@
   .globl torvane_embedded_resources
   .hidden torvane_embedded_resources
 torvane_embedded_resources:
-  embed   1, DATA,   "catalogue"
-  embed   2, DATA,   "readme.txt"
-  embed 105, DATA,   "icons/missing.ico"
-  embed 106, DATA,   "icons/find-replace.ico"
-  embed 107, DATA,   "icons/host.ico"
-  embed 108, DATA,   "icons/command.ico"
-  embed 109, DATA,   "icons/ftp.ico"
-  embed 101, ICON,   "icons/torvane.ico"
-  embed 104, ICON,   "icons/program.ico"
-  embed 101, CURSOR, "icons/hand.cur"
+  embed TORVANE_CATALOGUE,         DATA,   "catalogue"
+  embed TORVANE_README,            DATA,   "readme.txt"
+  embed TORVANE_MISSING_FILE_ICON, DATA,   "icons/missing.ico"
+  embed TORVANE_FIND_REPLACE_ICON, DATA,   "icons/find-replace.ico"
+  embed TORVANE_HOST_ICON,         DATA,   "icons/host.ico"
+  embed TORVANE_COMMAND_ICON,      DATA,   "icons/command.ico"
+  embed TORVANE_FTP_ICON,          DATA,   "icons/ftp.ico"
+  embed TORVANE_APPLICATION_ICON,  ICON,   "icons/torvane.ico"
+  embed TORVANE_PROGRAM_ICON,      ICON,   "icons/program.ico"
+  embed TORVANE_HAND_CURSOR,       CURSOR, "icons/hand.cur"
   .long 0, 0
   .quad 0, 0
 

@@ -6,16 +6,15 @@
 #include "platform/posix/disk/atomic_file.h"
 
 #include "platform/posix/disk/rights.h"
+#include "platform/sizes.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -106,16 +105,6 @@ std::unique_ptr<char[]> RoomFor(const std::filesystem::path& path, std::uint64_t
   }
 }
 
-std::string InWords(std::uint64_t bytes) {
-  constexpr std::array kUnits{"bytes", "kB", "MB", "GB", "TB", "PB", "EB"};
-  std::size_t unit = 0;
-  auto count = static_cast<double>(bytes);
-  for (; count >= 1024 && unit + 1 < kUnits.size(); ++unit) count /= 1024;
-  std::array<char, 16> number{};
-  std::snprintf(number.data(), number.size(), unit == 0 ? "%.0f" : "%.1f", count);
-  return std::string(number.data()) + " " + kUnits[unit];
-}
-
 void CheckWritable(const std::filesystem::path& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) Fail(errno, path);
@@ -138,9 +127,8 @@ FileStamp StampOf(const FileDescriptor& file) {
 
 FileTooLarge::FileTooLarge(const std::filesystem::path& path, std::uint64_t size,
                            std::uint64_t limit)
-    : Refusal(std::errc::file_too_large, path.string() + " has " + InWords(size) +
-                                             ", and no more than " + InWords(limit) + " are read") {
-}
+    : Refusal(std::errc::file_too_large, path.string() + " " + SizesInWords(size, limit)),
+      sizes_(SizesInWords(size, limit)) {}
 
 FileContent ReadWholeFile(const std::filesystem::path& path, std::uint64_t limit) {
   constexpr int kAttempts = 8;

@@ -43,6 +43,11 @@ FileStamp StampOf(const FileDescriptor& file);
 class FileTooLarge : public Refusal {
  public:
   FileTooLarge(const std::filesystem::path& path, std::uint64_t size, std::uint64_t limit);
+  /// The reason without the path: "has 5.0 TB, and no more than ...".
+  const std::string& sizes() const { return sizes_; }
+
+ private:
+  std::string sizes_;
 };
 
 /// A file's bytes with the stamp that they were read under. The descriptor stays open so that the

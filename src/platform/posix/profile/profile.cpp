@@ -9,6 +9,7 @@
 #include "platform/extras.h"
 #include "platform/posix/paths/drive_paths.h"
 #include "platform/posix/profile/profile_file.h"
+#include "platform/posix/text/code_page.h"
 #include "platform/posix/text/last_error.h"
 #include "platform/winapi.h"
 
@@ -83,6 +84,26 @@ torvane::ProfileHarm torvane::HarmToProfile(const std::u16string& path, std::u16
   }
 }
 
+bool torvane::HasBrokenText(const std::u16string& path, const std::u16string& section) {
+  try {
+    posix::ProfileFile* file = posix::FileOf(path);
+    return file != nullptr && file->text().isBroken(section);
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
+std::u16string torvane::ProfileProblem(const std::u16string& path) {
+  try {
+    if (posix::ProfileFile* file = posix::FileOf(path)) file->text();
+    return {};
+  } catch (const posix::FileTooLarge& error) {
+    return posix::FromUtf8(error.sizes());
+  } catch (const std::system_error& error) {
+    return posix::FromUtf8("can't be read: " + posix::ReasonOf(error));
+  }
+}
+
 using namespace torvane::posix;
 
 DWORD GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback, LPWSTR buffer,
@@ -117,6 +138,25 @@ DWORD GetPrivateProfileSectionW(LPCWSTR section, LPWSTR buffer, DWORD size, LPCW
     Fail(error);
   }
   return CopyList({}, buffer, size);
+}
+
+BOOL WritePrivateProfileSectionW(LPCWSTR section, LPCWSTR lines, LPCWSTR path) {
+  if (section == nullptr || lines == nullptr)
+    return WritePrivateProfileStringW(section, nullptr, nullptr, path);
+  ProfileFile* file = FileOf(Given(path));
+  if (file == nullptr) {
+    SetLastError(ERROR_PATH_NOT_FOUND);
+    return FALSE;
+  }
+  std::vector<std::u16string> entries;
+  for (; *lines != u'\0'; lines += entries.back().size() + 1) entries.emplace_back(lines);
+  try {
+    file->changeEntries(section, std::move(entries));
+    return TRUE;
+  } catch (const std::system_error& error) {
+    Fail(error);
+    return FALSE;
+  }
 }
 
 BOOL WritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value, LPCWSTR path) {

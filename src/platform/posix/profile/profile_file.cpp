@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/posix/disk/forget.h"
+#include "platform/sizes.h"
 
 namespace torvane::posix {
 namespace {
@@ -17,13 +18,10 @@ Files& KnownFiles() {
 
 const AtForget kForgetProfiles([] { KnownFiles().clear(); });
 
-/// Beyond that no program writes one, and reading takes many times the memory.
-constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
-
 }  // namespace
 
 ProfileFile::ProfileFile(std::filesystem::path path)
-    : SharedFile(std::move(path), kMostBytes, Vanished::Refused) {}
+    : SharedFile(std::move(path), kMostProfileBytes, Vanished::Refused) {}
 
 const ProfileText& ProfileFile::text() {
   refresh();
@@ -43,7 +41,9 @@ void ProfileFile::loadFresh(FileContent content) {
 }
 
 void ProfileFile::Apply(const Change& change, ProfileText& text) {
-  if (!change.key) {
+  if (change.entries) {
+    text.setEntries(change.section, *change.entries);
+  } else if (!change.key) {
     text.removeSection(change.section);
   } else if (!change.value) {
     text.removeKey(change.section, *change.key);
@@ -55,9 +55,18 @@ void ProfileFile::Apply(const Change& change, ProfileText& text) {
 void ProfileFile::change(std::u16string_view section, std::optional<std::u16string> key,
                          std::optional<std::u16string> value) {
   refresh();
-  Change change{std::u16string(section), std::move(key), std::move(value)};
+  Change change{std::u16string(section), std::move(key), std::move(value), std::nullopt};
   const bool removes = !change.key || !change.value;
   if (removes && !state_.text->contains(change.section, change.key)) return;
+  apply(std::move(change));
+}
+
+void ProfileFile::changeEntries(std::u16string_view section, std::vector<std::u16string> entries) {
+  refresh();
+  apply({std::u16string(section), std::nullopt, std::nullopt, std::move(entries)});
+}
+
+void ProfileFile::apply(Change change) {
   checkChange();
   Apply(change, *state_.text);
   pending_.push_back(std::move(change));

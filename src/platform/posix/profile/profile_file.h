@@ -27,12 +27,15 @@ class ProfileFile final : public SharedFile {
   /// is.
   void change(std::u16string_view section, std::optional<std::u16string> key,
               std::optional<std::u16string> value);
+  /// Makes these the section's entries, as ProfileText::setEntries does.
+  void changeEntries(std::u16string_view section, std::vector<std::u16string> entries);
 
  private:
   struct Change {
     std::u16string section;
     std::optional<std::u16string> key;
     std::optional<std::u16string> value;
+    std::optional<std::vector<std::u16string>> entries;
   };
   /// The bytes of a reading and what they say, changed since or not.
   struct State {
@@ -50,6 +53,7 @@ class ProfileFile final : public SharedFile {
 
   State& current() { return fresh_ ? *fresh_ : state_; }
   const State& current() const { return fresh_ ? *fresh_ : state_; }
+  void apply(Change change);
   static void Apply(const Change& change, ProfileText& text);
 
   State state_;

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
+#include <span>
 #include <system_error>
 #include <utility>
 
@@ -16,6 +18,8 @@ namespace torvane::posix {
 namespace {
 
 constexpr std::u16string_view kBlanks = u" \t\v\f\x1A";
+/// What tells the place of a part from its text among the earlier texts.
+const std::string kPlaceOf("\0place", 6);
 
 std::u16string_view Trim(std::u16string_view text) {
   const std::size_t first = text.find_first_not_of(kBlanks);
@@ -51,6 +55,12 @@ Meaning Understand(std::u16string_view line) {
   const std::size_t equals = line.find(u'=');
   if (equals == std::u16string_view::npos) return {LineKind::Key, line, {}};
   return {LineKind::Key, Trim(line.substr(0, equals)), Trim(line.substr(equals + 1))};
+}
+
+std::u16string EntryOf(const Meaning& meaning) {
+  std::u16string entry(meaning.name);
+  if (meaning.value) entry.append(u"=").append(*meaning.value);
+  return entry;
 }
 
 /// Whether the lines of a section and a key, once written, read as these names and this value.
@@ -212,9 +222,7 @@ std::vector<std::u16string> ProfileText::entries(std::u16string_view sectionName
     if (!line.live) continue;
     const std::u16string text = encoding_.decode(line.bytes);
     const Meaning meaning = Understand(text);
-    if (meaning.kind != LineKind::Key) continue;
-    std::u16string& entry = entries.emplace_back(meaning.name);
-    if (meaning.value) entry.append(u"=").append(*meaning.value);
+    if (meaning.kind == LineKind::Key) entries.push_back(EntryOf(meaning));
   }
   return entries;
 }
@@ -242,13 +250,56 @@ void ProfileText::set(std::u16string_view sectionName, std::u16string_view key,
   if (chain != section.keys.end()) {
     changeLine(section.lines[chain->second.first], value);
   } else {
-    appendKey(section, key, value);
+    appendEntry(section, key, std::u16string(key) + u"=" + std::u16string(value));
   }
-  if (ReadsBack(sectionName, key, value)) return;
-  // A line end or a bracket in the text made other lines of it: look at the file as a reader will.
+  if (!ReadsBack(sectionName, key, value)) parseAnew();
+}
+
+void ProfileText::setEntries(std::u16string_view sectionName,
+                             const std::vector<std::u16string>& entries) {
+  sectionName = Trim(sectionName);
+  if (this->entries(sectionName) == entries && contains(sectionName, std::nullopt)) return;
+  for (const std::u16string& entry : entries) {
+    if (!canHold(entry)) throw std::system_error(EILSEQ, std::generic_category());
+  }
+  if (!canHold(sectionName)) throw std::system_error(EILSEQ, std::generic_category());
+  Section& section = findOrMake(sectionName);
+  section.changed = true;
+  section.keys.clear();
+  std::size_t standing = 0;
+  for (std::size_t at = 0; at < section.lines.size(); ++at) {
+    Line& line = section.lines[at];
+    const std::u16string text = encoding_.decode(line.bytes);
+    const Meaning meaning = Understand(text);
+    if (!line.live || meaning.kind != LineKind::Key) continue;
+    line.nextOfName = kNone;
+    line.live = standing < entries.size() && EntryOf(meaning) == entries[standing];
+    if (!line.live) continue;
+    ++standing;
+    link(section.keys, meaning.name, section.lines, at);
+  }
+  moveBlanks(section);
+  for (const std::u16string& entry : std::span(entries).subspan(standing))
+    appendEntry(section, Trim(std::u16string_view(entry).substr(0, entry.find(u'='))), entry);
+  if (this->entries(sectionName) != entries) parseAnew();
+}
+
+/// Where a line end or a bracket in a text has made other lines of it, the file is looked at as a
+/// reader will.
+void ProfileText::parseAnew() {
   source_ = bytes();
   made_.clear();
   parse();
+}
+
+bool ProfileText::isBroken(std::u16string_view sectionName) const {
+  const Section* section = find(sectionName);
+  if (section == nullptr) return false;
+  return std::any_of(section->lines.begin(), section->lines.end(), [&](const Line& line) {
+    const std::u16string text = encoding_.decode(line.bytes);
+    return line.live && Understand(text).kind == LineKind::Key &&
+           encoding_.encode(text) != line.bytes;
+  });
 }
 
 ProfileText::Section& ProfileText::findOrMake(std::u16string_view name) {
@@ -298,8 +349,9 @@ void ProfileText::endLine(std::string_view& line) {
   line = keep(bytes + lineEnd_);
 }
 
-void ProfileText::appendKey(Section& section, std::u16string_view key, std::u16string_view value) {
-  std::string bytes = encoding_.encode(std::u16string(key) + u"=" + std::u16string(value));
+void ProfileText::appendEntry(Section& section, std::u16string_view key,
+                              std::u16string_view entry) {
+  std::string bytes = encoding_.encode(entry);
   std::string_view* before = section.lines.empty() ? &section.header : &section.lines.back().bytes;
   if (!before->empty()) {
     endLine(*before);
@@ -364,10 +416,9 @@ void ProfileText::removeSection(std::u16string_view sectionName) {
 void ProfileText::addSaid(std::string_view bytes, Said& said) const {
   const std::u16string line = encoding_.decode(bytes);
   const Meaning meaning = Understand(line);
-  if (meaning.kind == LineKind::Comment) said.comments.emplace_back(Trim(line));
+  if (meaning.kind == LineKind::Comment) said.others.emplace_back(Trim(line));
   if (meaning.kind != LineKind::Key) return;
-  std::u16string& key = said.keys.emplace_back(meaning.name);
-  if (meaning.value) key.append(u"=").append(*meaning.value);
+  (meaning.value ? said.keys : said.others).push_back(EntryOf(meaning));
 }
 
 ProfileText::Said ProfileText::saidBy(const Section& section) const {
@@ -394,7 +445,7 @@ std::optional<std::string_view> ProfileText::earlierText(const Section& section,
   const bool isNew = section.asRead.empty() || section.remade;
   const auto isFit = [&](std::string_view text) {
     const Said then = saidBy(text);
-    return then.keys == now.keys && (isNew || then.comments == now.comments);
+    return then.keys == now.keys && (isNew || then.others == now.others);
   };
   if (!section.asRead.empty() && isFit(section.asRead)) return section.asRead;
   if (file.empty()) return std::nullopt;
@@ -403,10 +454,59 @@ std::optional<std::string_view> ProfileText::earlierText(const Section& section,
 }
 
 void ProfileText::keepEarlier(const std::string& file) const {
+  EarlierTexts& texts = EarlierTexts::Instance();
   for (const Section& section : sections_) {
-    if ((section.changed || !section.live) && !section.asRead.empty())
-      EarlierTexts::Instance().keep(earlierName(section, file), std::string(section.asRead));
+    if ((!section.changed && section.live) || section.asRead.empty()) continue;
+    const std::string name = earlierName(section, file);
+    texts.keep(name, std::string(section.asRead));
+    if (!section.live) texts.keep(name + kPlaceOf, namesAhead(section));
   }
+}
+
+/// The names of the sections ahead of one, the nearest first, each closed by a NUL.
+std::string ProfileText::namesAhead(const Section& section) const {
+  std::string names;
+  for (auto ahead = std::make_reverse_iterator(sections_.begin() + (&section - sections_.data()));
+       ahead != sections_.rend(); ++ahead) {
+    if (ahead->live) names += ToUtf8(FoldName(ahead->name)) + '\0';
+  }
+  return names;
+}
+
+/// Where among sections one goes that was removed and has come back: behind the nearest of those
+/// that it stood behind.
+std::size_t ProfileText::earlierPlace(const Section& section, const std::string& file,
+                                      const std::vector<const Section*>& sections) const {
+  const std::string* names = EarlierTexts::Instance().find(earlierName(section, file) + kPlaceOf,
+                                                           [](const std::string&) { return true; });
+  if (names == nullptr) return sections.size();
+  for (std::string_view rest = *names; !rest.empty(); rest.remove_prefix(rest.find('\0') + 1)) {
+    // Of equal names as many stand ahead as are in the rest.
+    const std::string_view name = rest.substr(0, rest.find('\0'));
+    std::size_t left = 0;
+    for (std::string_view more = rest; !more.empty(); more.remove_prefix(more.find('\0') + 1))
+      left += more.substr(0, more.find('\0')) == name ? 1 : 0;
+    std::size_t place = 0;
+    for (std::size_t n = 0; n < sections.size() && left > 0; ++n) {
+      if (ToUtf8(FoldName(sections[n]->name)) != name) continue;
+      place = n + 1;
+      --left;
+    }
+    if (place > 0) return place;
+  }
+  return sections.size();
+}
+
+/// The sections that stand, in the order in which they are written.
+std::vector<const ProfileText::Section*> ProfileText::inOrder(const std::string& file) const {
+  std::vector<const Section*> sections;
+  for (const Section& section : sections_) {
+    if (!section.live) continue;
+    const bool isNew = !section.header.empty() && section.asRead.empty();
+    const std::size_t place = isNew ? earlierPlace(section, file, sections) : sections.size();
+    sections.insert(sections.begin() + static_cast<std::ptrdiff_t>(place), &section);
+  }
+  return sections;
 }
 
 std::string ProfileText::bytes(const std::string& file) const {
@@ -420,8 +520,8 @@ std::string ProfileText::bytes(const std::string& file) const {
     result += lineEnd_;
     isEnded = true;
   };
-  for (const Section& section : sections_) {
-    if (!section.live) continue;
+  for (const Section* const standing : inOrder(file)) {
+    const Section& section = *standing;
     const auto earlier = section.changed ? earlierText(section, file) : std::nullopt;
     if (earlier) {
       endLast();

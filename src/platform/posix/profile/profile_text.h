@@ -43,16 +43,23 @@ class ProfileText {
   /// Whether the file's encoding has every character of the text.
   bool canHold(std::u16string_view text) const { return encoding_.canHold(text); }
 
+  /// Whether an entry of the section has bytes that its text doesn't lead back to.
+  bool isBroken(std::u16string_view section) const;
+
   /// Changes the key's line, or adds one behind the section's last line that isn't blank, a new
   /// section at the file's end. Throws std::system_error (EILSEQ) and changes nothing where the
   /// file's encoding hasn't a character of it.
   void set(std::u16string_view section, std::u16string_view key, std::u16string_view value);
+  /// Makes these the section's entries, as entries() gives them. What stands in front of the first
+  /// that changes isn't touched, nor are comments and blank lines. Throws as set() does.
+  void setEntries(std::u16string_view section, const std::vector<std::u16string>& entries);
   void removeKey(std::u16string_view section, std::u16string_view key);
   void removeSection(std::u16string_view section);
 
   /// The file's bytes as they are now. A section whose keys are, after whatever was changed and
   /// changed back, as they were read has its bytes back, and one that is as it was before an
-  /// earlier change of ours, those that it had then; `file` names the file among the earlier texts.
+  /// earlier change of ours, those that it had then, and its place; `file` names the file among the
+  /// earlier texts.
   std::string bytes(const std::string& file = {}) const;
   /// Keeps the texts of the changed sections as they were read, for later bytes().
   void keepEarlier(const std::string& file) const;
@@ -93,20 +100,25 @@ class ProfileText {
   Section* find(std::u16string_view name);
   Section& findOrMake(std::u16string_view name);
   Section* revive(std::u16string_view name);
+  void parseAnew();
   void endLine(std::string_view& line);
-  void appendKey(Section& section, std::u16string_view key, std::u16string_view value);
+  void appendEntry(Section& section, std::u16string_view key, std::u16string_view entry);
   void changeLine(Line& line, std::u16string_view value);
 
-  /// What the lines of a section say: keys with their values, and comments.
+  /// What the lines of a section say: keys with their values, and what has no value.
   struct Said {
     std::vector<std::u16string> keys;
-    std::vector<std::u16string> comments;
+    std::vector<std::u16string> others;
   };
   void addSaid(std::string_view bytes, Said& said) const;
   Said saidBy(const Section& section) const;
   Said saidBy(std::string_view text) const;
   std::optional<std::string_view> earlierText(const Section& section,
                                               const std::string& file) const;
+  std::vector<const Section*> inOrder(const std::string& file) const;
+  std::size_t earlierPlace(const Section& section, const std::string& file,
+                           const std::vector<const Section*>& sections) const;
+  std::string namesAhead(const Section& section) const;
   static std::string earlierName(const Section& section, const std::string& file);
   std::string_view lineEndOf(std::string_view line) const;
   std::string_view keep(std::string bytes);
