@@ -1,7 +1,7 @@
 // The lines of an INI file's section, and what reading and writing make of them.
 
 #include <algorithm>
-#include <unordered_set>
+#include <set>
 
 #include "platform/extras.h"
 #include "platform/winapi.h"
@@ -75,7 +75,7 @@ Text LineOf(const StoredValue& value) {
 
 // The profile calls know case in ASCII only.
 bool HasEqualNames(const StorePicture& picture) {
-  std::unordered_set<Text> names;
+  std::set<Text> names;
   return !std::all_of(picture.values.begin(), picture.values.end(), [&](const StoredValue& value) {
     Text name = value.name;
     for (char16_t& unit : name) {

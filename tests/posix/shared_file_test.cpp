@@ -97,6 +97,12 @@ TEST_F(SharedFileTest, AnotherWriterAtAnyCallLosesNothing) {
         {"replaces it", [&] { Replace(store.file, rewritten()); }},
         {"writes in place, as many bytes",
          [&] { std::fstream(store.file, std::ios::in | std::ios::out) << rewritten(); }},
+        {"does so and sets the time back",
+         [&] {
+           const auto time = fs::last_write_time(store.file);
+           std::fstream(store.file, std::ios::in | std::ios::out) << rewritten();
+           fs::last_write_time(store.file, time);
+         }},
     };
     for (const auto& [what, write] : writers) {
       bool isOver = false;

@@ -80,11 +80,17 @@ std::size_t ReadAll(int descriptor, char* bytes, std::size_t size,
   return done;
 }
 
-/// Whether a file that has been renamed is otherwise as its stamp says.
-bool HasContentOf(const std::filesystem::path& file, const FileStamp& stamp) {
+/// Whether a file that has been renamed is otherwise as it was when it was read.
+bool HasContentOf(const std::filesystem::path& file, const FileStamp& stamp,
+                  const BytesTest& isRead) {
   FileStamp now = StampOf(file);
   now.changed = stamp.changed;
-  return now == stamp;
+  if (now != stamp) return false;
+  try {
+    return isRead(ReadWholeFile(file).view());
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
 /// As many bytes as may be asked of the machine's memory, a half of it.
@@ -233,22 +239,23 @@ void FileReplacement::sync() {
   synced_ = true;
 }
 
-std::optional<FileStamp> FileReplacement::commit(const FileStamp& expected,
+std::optional<FileStamp> FileReplacement::commit(const FileStamp& expected, const BytesTest& isRead,
                                                  FileDescriptor& descriptor) {
   if (!synced_) sync();
-  if (!takePlaceOf(expected)) return std::nullopt;
+  if (!takePlaceOf(expected, isRead)) return std::nullopt;
   const FileStamp stamp = StampOf(file_);
   descriptor = std::move(file_);
   return stamp;
 }
 
 /// Between a look at what stands there and the renaming another program may put its own file there.
-/// So the two names are exchanged, and what came out is looked at.
-bool FileReplacement::takePlaceOf(const FileStamp& expected) {
+/// So the two names are exchanged, and what came out is looked at: by its bytes, since a write in
+/// place need not show in the stamp, whose time of change the renaming has set.
+bool FileReplacement::takePlaceOf(const FileStamp& expected, const BytesTest& isRead) {
   if (StampOf(target_) != expected) return false;
   const bool isNew = !expected.exists();
   if (move(isNew ? RENAME_NOREPLACE : RENAME_EXCHANGE)) {
-    if (!isNew && !HasContentOf(temporary_, expected)) {
+    if (!isNew && !HasContentOf(temporary_, expected, isRead)) {
       giveBack();
       return false;
     }

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -89,6 +90,9 @@ class FolderLock {
   FileDescriptor folder_;
 };
 
+/// Whether bytes are those that were read before.
+using BytesTest = std::function<bool(std::string_view)>;
+
 /// The new content of a file: written beside it and put in its place at the end. The caller holds
 /// the folder's lock.
 class FileReplacement {
@@ -107,9 +111,11 @@ class FileReplacement {
   /// it hasn't been done. Throws std::system_error.
   void sync();
   /// Puts the new file, with the old one's rights, in its place if what stands there is still what
-  /// `expected` says, and gives its stamp, and its descriptor in `descriptor`; else leaves all as
-  /// it is and gives nothing. Throws std::system_error.
-  std::optional<FileStamp> commit(const FileStamp& expected, FileDescriptor& descriptor);
+  /// `expected` says and has bytes that `isRead` is true of, and gives its stamp, and its
+  /// descriptor in `descriptor`; else leaves all as it is and gives nothing. Throws
+  /// std::system_error.
+  std::optional<FileStamp> commit(const FileStamp& expected, const BytesTest& isRead,
+                                  FileDescriptor& descriptor);
   /// Puts it in the place of whatever stands there, and on the disk. Throws std::system_error,
   /// which is a NotSynced where the new file is in its place.
   void commit();
@@ -117,7 +123,7 @@ class FileReplacement {
  private:
   void flush();
   void writeOut(std::string_view bytes);
-  bool takePlaceOf(const FileStamp& expected);
+  bool takePlaceOf(const FileStamp& expected, const BytesTest& isRead);
   bool move(unsigned how) const;
   void giveBack() const;
 

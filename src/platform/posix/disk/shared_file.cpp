@@ -159,7 +159,8 @@ bool SharedFile::replace(const std::filesystem::path& target) {
     const ReadingStamp& read = freshReading_ ? freshReading_->stamp : reading_.stamp;
     Reading now{read, {}};
     if (readIfChanged(now, StampOf(target))) return false;
-    auto stamp = replacement.commit(now.stamp.stamp(), stands.descriptor);
+    const auto isRead = [this](std::string_view bytes) { return isReadFrom(bytes); };
+    auto stamp = replacement.commit(now.stamp.stamp(), isRead, stands.descriptor);
     if (!stamp) return false;
     // The next reading tells whether this is what stands there.
     stands.stamp = ReadingStamp(*stamp, 0);
