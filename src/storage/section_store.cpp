@@ -96,6 +96,8 @@ SectionStore::SectionStore(const Text& file, Text section)
 
 StorePicture SectionStore::Read() const {
   StorePicture picture;
+  // What isn't to be read for its size is not for the system's calls either, which would.
+  if (!ProfileProblem(file_).empty()) return picture;
   ForEachText(SectionLines(file_, section_), [&](TextView line) {
     const auto equals = line.find(u'=');
     if (equals != TextView::npos) picture.values.push_back(LineValue(line, equals));
