@@ -10,7 +10,7 @@ constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
 // What one command left is mostly what the next one began with, and is counted twice then.
 std::size_t BytesOf(const Deletion& deletion) {
   std::size_t size = SizeOf(*deletion.before) + SizeOf(*deletion.after);
-  for (const Text& name : deletion.gone) size += sizeof name + name.size() * sizeof(char16_t);
+  for (const Text& name : deletion.gone) size += sizeof(Text) + name.size() * sizeof(char16_t);
   return size;
 }
 
