@@ -20,7 +20,7 @@ bool MatchesAny(TextView text, const std::vector<Text>& patterns) {
 bool IsWanted(const Entry& entry, const Wish& wish) {
   switch (wish.what) {
     case Wish::What::Missing:
-      return entry.isMissing || entry.isUnreachable;
+      return entry.isMissing || (entry.isUnreachable && !entry.isPinned);
     case Wish::What::All:
       return true;
     default:

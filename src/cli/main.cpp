@@ -9,6 +9,7 @@
 #include "cli/utf8.h"
 #include "platform/console.h"
 #include "platform/extras.h"
+#include "storage/file_lookups.h"
 #include "storage/raised_error.h"
 
 namespace torvane {
@@ -35,6 +36,7 @@ std::unique_ptr<OpenList> Open(const NamedList& named, const Arguments& argument
 int Lists(const std::vector<NamedList>& lists, const Arguments& arguments) {
   std::vector<ListRow> rows;
   {
+    const FileLookups lookups;
     Progress progress(lists.size());
     for (const NamedList& named : lists) {
       progress.Step(named.name);
@@ -125,6 +127,7 @@ int Clean(const std::vector<NamedList>& lists, const Arguments& arguments) {
   if (!HasCategories(lists, arguments)) return status::kNoSuch;
   std::vector<std::unique_ptr<OpenList>> open;
   {
+    const FileLookups lookups;
     Progress progress(lists.size());
     for (const NamedList& named : lists) {
       progress.Step(named.name);

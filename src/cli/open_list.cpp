@@ -4,7 +4,6 @@
 #include <map>
 
 #include "finding/office_lists.h"
-#include "platform/console.h"
 #include "readers/ini_folders.h"
 #include "storage/names.h"
 #include "storage/paths.h"
@@ -20,23 +19,6 @@ Text WholeText(const List& list, const ListItem& item) {
     return item.SubItems(column - 1) == u"\\" ? item.Text() : FileText(item, column - 1);
   }
   return item.Text();
-}
-
-// The drive or the share that a path is on; empty for a text that is on none.
-Text RootOf(TextView path) {
-  if (path.size() > 2 && path.substr(1, 2) == u":\\") return Text(path.substr(0, 3));
-  if (!path.starts_with(u"\\\\")) return {};
-  const auto server = path.find(u'\\', 2);
-  if (server == TextView::npos) return Text(path);
-  return Text(path.substr(0, path.find(u'\\', server + 1)));
-}
-
-// A server that doesn't answer takes its time: each is asked once.
-bool IsRootThere(const Text& root) {
-  static std::map<Text, bool, NameOrder> known;
-  const auto found = known.find(root);
-  if (found != known.end()) return found->second;
-  return known[root] = IsRootReachable(AddBackslash(root));
 }
 
 bool KnowsFolder(const MruEntry& entry) {
@@ -84,11 +66,8 @@ void OpenList::Describe() {
     for (int column = 1; column < list_.ColumnHeaders().Count(); ++column) {
       entry.columns.push_back(item.SubItems(column));
     }
-    const bool isMissing = IsMissing(item.Tag());
-    const Text root = RootOf(entry.text);
-    entry.isUnreachable = item.ImageNote() == u"Can't be reached" ||
-                          (isMissing && !root.empty() && !IsRootThere(root));
-    entry.isMissing = isMissing && !entry.isUnreachable;
+    entry.isUnreachable = SaysUnreachable(item.ImageNote());
+    entry.isMissing = IsMissing(item.Tag()) && !entry.isUnreachable;
     if (isOffice && shown) {
       const StoredValue& stored = shown->picture->values[item.Number()];
       const auto office = ReadOfficeItem(AsText(shown->store->ValueOf(stored)));

@@ -5,6 +5,7 @@
 #include "editing/survivor.h"
 #include "platform/extras.h"
 #include "storage/clsRegistry.h"
+#include "storage/file_lookups.h"
 #include "storage/names.h"
 #include "storage/raised_error.h"
 
@@ -198,6 +199,7 @@ void RefuseNameOfCount(const MruEntry& entry, const RewritePlan& plan) {
 
 RewritePlan PlanRewrite(const ShownList& shown, const List& list, const std::vector<bool>& goes,
                         Doomed doomed) {
+  const FileLookups lookups;
   const Rows rows = SortRows(shown, list, goes);
   switch (shown.description.removal) {
     case Removal::Chosen:

@@ -21,7 +21,7 @@ bool ReadsTheSame(const ShownList& shown, const ListItem& item, const StoredValu
   const ShownRow before = RowOf(item);
   const ShownRow then = RowOf(form.shows(value));
   return then.texts == before.texts &&
-         (then.missing == before.missing || then.missing == (now.standing == Standing::Missing));
+         (then.missing == before.missing || then.missing == now.IsMissing());
 }
 
 // The Run box knows the small letters alone.

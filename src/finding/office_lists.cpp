@@ -46,7 +46,7 @@ ShownEntry ShowOfficeItem(const NamedValue& value) {
   shown.text3 = LocalTimeText(item->time);
   if (!item->isPinned) return shown;
   shown.text3 += shown.text3.empty() ? u"pinned" : u", pinned";
-  if (shown.standing == Standing::Missing) shown.standing = Standing::Found;
+  shown.isPinned = true;
   return shown;
 }
 

@@ -44,9 +44,6 @@ struct OpenedWorld {
 /// one.
 OpenedWorld OpenWorld(const std::string& named);
 
-/// Whether a drive's root ("D:\") or a share ("\\server\share\") is there to look for files on.
-bool IsRootReachable(const std::u16string& root);
-
 /// Whether programs run in the open world that would write over changes of its registry.
 bool IsWorldInUse();
 /// Why the last change was refused before it was made, and what the user can do, in UTF-8; empty

@@ -51,10 +51,6 @@ std::u16string WorldTitle();
 /// A path in the form in which FindFirstFile takes it whatever its length.
 std::u16string PathForSearch(const std::u16string& path);
 
-/// Whether a path that isn't found leads to where this program can't look: a drive of a sandbox, or
-/// a folder that it may not enter. What lies there may well exist.
-bool IsOutOfReach(const std::u16string& path);
-
 /// Asks the shell to complete its image list (shell32, ordinal 660). Does nothing where the export
 /// doesn't exist.
 void CompleteShellImageList();

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 
 #include "platform/extras.h"
 #include "platform/winapi.h"
 #include "readers/icon_paths.h"
 #include "storage/clsParse.h"
+#include "storage/file_lookups.h"
 #include "windows/controls/toolkit.h"
 
 namespace torvane {
@@ -15,6 +17,7 @@ namespace {
 // The shell looks at the path itself, or only at its name (a bare ".html" will do).
 constexpr UINT kByPath = SHGFI_SYSICONINDEX | SHGFI_SMALLICON;
 constexpr UINT kByName = SHGFI_SYSICONINDEX | SHGFI_USEFILEATTRIBUTES;
+constexpr UINT kByKind = kByPath | SHGFI_USEFILEATTRIBUTES;
 
 constexpr std::array<ListKindRow, 12> kKinds = {{
     {0, kByPath, 1, 2, 0},
@@ -31,28 +34,92 @@ constexpr std::array<ListKindRow, 12> kKinds = {{
     {13, kByName, 1, 2, 3},
 }};
 
-// The image that the shell gave last. Runs of entries have the same one, and the shell takes longer
-// over it than the rest of an entry takes together.
-struct LastImage {
-  Text iconPath;
-  UINT flags = 0;
-  int number = 0;
+constexpr TextView kRootMissing = u"Missing: its drive or server can't be reached";
+constexpr TextView kOutOfReach = u"Can't be reached";
+
+// What the shell has been asked in this fill, which takes longer than all else about an entry: by
+// extension, by path, and for folders by a backslash.
+struct Images {
+  std::unordered_map<Text, int> known;
+  const std::pair<const Text, int>* last = nullptr;
 };
 
-LastImage& Last() {
-  static LastImage last;
-  return last;
+Images& KnownImages() {
+  static Images images;
+  return images;
+}
+
+template <class Ask>
+int KnownImage(const Text& name, const Ask& ask) {
+  Images& images = KnownImages();
+  if (!images.last || images.last->first != name) {
+    auto known = images.known.find(name);
+    if (known == images.known.end()) known = images.known.emplace(name, ask()).first;
+    images.last = &*known;
+  }
+  return images.last->second;
+}
+
+int AskShell(const Text& name, DWORD attributes, UINT flags) {
+  SHFILEINFOW info{};
+  // A path that the shell doesn't know leaves image 0.
+  SHGetFileInfoW(Wide(name), attributes, &info, sizeof info, flags);
+  return info.iIcon;
+}
+
+int AskByPath(const Text& path, UINT flags) {
+  return ImageOfIconFile(path, AskShell(path, 0, flags));
+}
+
+bool IsOwnIcon(const Text& path) {
+  const IconPaths& icons = Icons();
+  const Text* const own[] = {&icons.IconMissingFile, &icons.IconFindReplace, &icons.IconHost,
+                             &icons.IconCommand, &icons.IconFtp};
+  return std::any_of(std::begin(own), std::end(own),
+                     [&](const Text* icon) { return *icon == path; });
+}
+
+// With its point; empty for none.
+Text ExtensionOf(const Text& path) {
+  const TextView name = TextView(path).substr(path.find_last_of(u"\\/") + 1);
+  const std::size_t point = name.rfind(u'.');
+  return point == TextView::npos ? Text() : LowerCase(Text(name.substr(point)));
+}
+
+int DriveImage(const Text& path) {
+  return KnownImage(path, [&] {
+    if (IsOnThisMachine(path)) return AskByPath(path, kByPath);
+    return IsRootThere(path) ? AskShell(path, FILE_ATTRIBUTE_DIRECTORY, kByKind) : 0;
+  });
+}
+
+// The picture of what a path leads to. Its file is only opened for a picture of its own, and where
+// that costs no way over a network.
+int ImageOfPath(const Text& path) {
+  constexpr TextView kWithPicture[] = {u".exe", u".ico", u".cur", u".ani", u".lnk"};
+  if (IsOwnIcon(path)) return KnownImage(path, [&] { return AskByPath(path, kByPath); });
+  const FileLookups lookups;
+  if (RootOf(path) == AddBackslash(path)) return DriveImage(path);
+  if (HasWildcard(path)) return 0;
+  const Sight& sight = LookFor(path);
+  if (sight.presence != Presence::Found) return 0;
+  if (sight.isFolder) {
+    return KnownImage(u"\\", [] { return AskShell(u"x", FILE_ATTRIBUTE_DIRECTORY, kByKind); });
+  }
+  const Text extension = ExtensionOf(path);
+  const bool hasPicture = std::find(std::begin(kWithPicture), std::end(kWithPicture),
+                                    extension) != std::end(kWithPicture);
+  if (hasPicture && IsOnThisMachine(path)) {
+    return KnownImage(path, [&] { return AskByPath(path, kByPath); });
+  }
+  return KnownImage(extension.empty() ? u"x" : extension, [&] {
+    return AskShell(extension.empty() ? u"x" : extension, FILE_ATTRIBUTE_NORMAL, kByKind);
+  });
 }
 
 int ImageNumber(const Text& iconPath, UINT flags) {
-  LastImage& last = Last();
-  if (last.flags != flags || last.iconPath != iconPath) {
-    SHFILEINFOW info{};
-    // A path that the shell doesn't know leaves image 0.
-    SHGetFileInfoW(Wide(iconPath), 0, &info, sizeof info, flags);
-    last = {iconPath, flags, ImageOfIconFile(iconPath, info.iIcon)};
-  }
-  return last.number;
+  if (flags == kByPath) return ImageOfPath(iconPath);
+  return KnownImage(iconPath, [&] { return AskByPath(iconPath, flags); });
 }
 
 void SetImage(const List& list, const ListItem& item, int image) {
@@ -79,6 +146,23 @@ IconPaths& Icons() {
   return paths;
 }
 
+TextView NoteOn(Presence presence) {
+  switch (presence) {
+    case Presence::Missing:
+      return u"Missing";
+    case Presence::RootMissing:
+      return kRootMissing;
+    case Presence::OutOfReach:
+      return kOutOfReach;
+    default:
+      return {};
+  }
+}
+
+bool SaysUnreachable(TextView note) {
+  return note == kRootMissing || note == kOutOfReach;
+}
+
 const ListKindRow* FindListKind(int ListKind) {
   const auto* row = std::find_if(kKinds.begin(), kKinds.end(), [&](const ListKindRow& candidate) {
     return candidate.kind == ListKind;
@@ -101,13 +185,16 @@ ListItem* AddListEntry(List& list, int ListKind, const Text& IconPath, const Tex
   if (row->subItem2 != 0) item.SubItems(2, chosen(row->subItem2));
   item.Tag(Tag);
   item.Number(Number);
-  if (IconPath == Icons().IconMissingFile) item.ImageNote(u"Missing");
+  if (IconPath == Icons().IconMissingFile) item.ImageNote(NoteOn(Presence::Missing));
   SetImage(list, item, image);
   return &item;
 }
 
+void ForgetImages() {
+  KnownImages() = {};
+}
+
 void ClearEntryList(List& list) {
-  Last() = {};
   list.ColumnHeaders().Clear();
   list.ListItems().Clear();
   list.Source(nullptr);
@@ -120,7 +207,8 @@ LRESULT SetListImageList(HWND window, LPARAM imageList, WPARAM kind) {
 
 EntryPath SplitEntryPath(const Text& text) {
   EntryPath path;
-  path.fullPath = LowerCase(RemoveBackslash(GetLongPath(text)));
+  path.sought = RemoveBackslash(GetLongPath(text));
+  path.fullPath = LowerCase(path.sought);
   clsParse parser;
   path.fileName = parser.ElementAsString(parser.Initialise(path.fullPath, u"\\"));
   path.folderPath = path.fullPath.substr(0, path.fullPath.size() - path.fileName.size());

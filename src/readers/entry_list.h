@@ -30,12 +30,20 @@ struct ListKindRow {
 };
 const ListKindRow* FindListKind(int ListKind);
 
+/// What a row says of its place; empty for one that was found.
+TextView NoteOn(Presence presence);
+/// Whether a row's note says that its place can't be reached.
+bool SaysUnreachable(TextView note);
+
 /// Adds an item behind the others; the only way into the list. `ListKind` says which texts stand in
 /// which column and how the shell finds the icon of `IconPath`; a kind that isn't known adds
 /// nothing. `Number` is the item's own. Gives the item, null for none.
 ListItem* AddListEntry(List& list, int ListKind, const Text& IconPath, const Text& Text1,
                        const Text& Text2, const Text& Tag, const Text& Text3,
                        std::size_t Number = 0);
+
+/// Forgets which pictures the shell has given for what; each fill asks anew.
+void ForgetImages();
 
 /// Empties columns and items and lets pending window messages run.
 void ClearEntryList(List& list);
@@ -46,6 +54,7 @@ LRESULT SetListImageList(HWND window, LPARAM imageList, WPARAM kind);
 /// A path taken apart as the file lists show it, all in lower case and long names.
 struct EntryPath {
   Text fullPath;
+  Text sought;  ///< the same in the case in which it is looked for
   Text fileName;
   Text folderPath;  ///< closed by a backslash only where it is a root; empty for a bare name
 };

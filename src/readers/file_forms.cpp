@@ -60,10 +60,12 @@ bool PassNumberOrCount(const MruEntry& list, const NamedValue& value) {
 
 // A drive is never missing, whether or not there is a medium in it.
 ShownEntry ShowFolder(const NamedValue& value) {
-  Text folder = RemoveBackslash(LowerCase(AsText(value.value)));
-  if (FolderExists(folder)) return FolderEntry(folder, true);
-  if (folder.size() == 2) return FolderEntry(AddBackslash(folder), true);
-  return FolderEntry(folder, false);
+  Text sought = RemoveBackslash(AsText(value.value));
+  const Presence presence = FolderPresence(sought);
+  if (presence != Presence::Found && sought.size() == 2) {
+    return FolderEntry(AddBackslash(sought), Presence::Found);
+  }
+  return FolderEntry(sought, presence);
 }
 
 }  // namespace

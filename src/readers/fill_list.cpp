@@ -3,6 +3,7 @@
 #include "platform/extras.h"
 #include "readers/ini_folders.h"
 #include "readers/list_description.h"
+#include "storage/file_lookups.h"
 #include "storage/names.h"
 #include "storage/paths.h"
 #include "storage/raised_error.h"
@@ -37,6 +38,8 @@ std::unique_ptr<ValueStore> OpenStore(const ListDescription& description, const 
 }
 
 void AddEntries(const ShownList& shown, List& list) {
+  const FileLookups lookups;
+  ForgetImages();
   const ListDescription& description = shown.description;
   const ListForm& form = *description.form;
   const std::vector<std::size_t> places = ListedValues(description, *shown.picture);
@@ -52,11 +55,11 @@ void AddEntries(const ShownList& shown, List& list) {
     if (form.counts == CountRule::Entries) ++counters.TotalCount;
 
     const ShownEntry entry = form.shows(value);
-    const bool missing = entry.standing == Standing::Missing;
+    const bool missing = entry.IsMissing();
     if (missing) ++counters.MissingCount;
     ListItem* const item = AddListEntry(list, entry.kind, entry.iconPath, entry.text1, entry.text2,
                                         missing ? missingTag : foundTag, entry.text3, place);
-    if (item && entry.standing == Standing::OutOfReach) item->ImageNote(u"Can't be reached");
+    if (item && entry.presence != Presence::Found) item->ImageNote(NoteOn(entry.presence));
   }
 }
 
@@ -111,7 +114,7 @@ ShownRow RowOf(const ShownEntry& entry) {
   const std::array<Text, 4> texts = {{{}, entry.text1, entry.text2, entry.text3}};
   const auto text = [&](int number) { return texts[static_cast<std::size_t>(number)]; };
   return {{text(kind->text), text(kind->subItem1), text(kind->subItem2)},
-          entry.standing == Standing::Missing};
+          entry.IsMissing()};
 }
 
 ShownRow RowOf(const ListItem& item) {

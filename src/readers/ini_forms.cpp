@@ -7,9 +7,9 @@ namespace {
 
 // Unlike the registry's folder lists, this one knows no drives.
 ShownEntry ShowIniFolder(const NamedValue& value) {
-  Text folder = LowerCase(AsText(value.value));
-  const bool found = FolderExists(folder);
-  return FolderEntry(folder, found);
+  Text sought = AsText(value.value);
+  const Presence presence = FolderPresence(sought);
+  return FolderEntry(sought, presence);
 }
 
 }  // namespace

@@ -1,19 +1,8 @@
 #include "readers/list_form.h"
 
-#include "platform/extras.h"
 #include "readers/icon_paths.h"
 
 namespace torvane {
-namespace {
-
-/// Of a place that isn't found it may be known that nobody can find it from here.
-Standing StandingOf(const Text& path, bool found) {
-  if (found) return Standing::Found;
-  return IsOutOfReach(path) ? Standing::OutOfReach : Standing::Missing;
-}
-
-}  // namespace
-
 bool PassNothing(const MruEntry& /*list*/, const NamedValue& /*value*/) {
   return false;
 }
@@ -31,12 +20,12 @@ bool PassCount(const MruEntry& list, const NamedValue& value) {
 }
 
 ShownEntry FileEntry(int kind, const EntryPath& path) {
-  const bool found = FileExists(path.fullPath);
+  const Presence presence = PresenceOf(path.sought);
   return {.kind = kind,
-          .iconPath = found ? path.fullPath : Icons().IconMissingFile,
+          .iconPath = presence == Presence::Found ? path.sought : Icons().IconMissingFile,
           .text1 = path.fileName,
           .text2 = path.folderPath,
-          .standing = StandingOf(path.fullPath, found),
+          .presence = presence,
           .written = path.fullPath};
 }
 
@@ -47,11 +36,12 @@ ShownEntry ShowFile(const NamedValue& value) {
   return shown;
 }
 
-ShownEntry FolderEntry(const Text& folder, bool found) {
+ShownEntry FolderEntry(const Text& sought, Presence presence) {
+  const Text folder = LowerCase(sought);
   return {.kind = 3,
-          .iconPath = found ? folder : Icons().IconMissingFile,
+          .iconPath = presence == Presence::Found ? sought : Icons().IconMissingFile,
           .text1 = folder,
-          .standing = StandingOf(folder, found),
+          .presence = presence,
           .written = folder};
 }
 

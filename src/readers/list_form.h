@@ -19,13 +19,6 @@ struct NamedValue {
   Variant value;
 };
 
-/// What is known of the place that an entry names.
-enum class Standing {
-  Found,  ///< or nothing that could be missing
-  Missing,
-  OutOfReach,  ///< it can't be looked for, so it isn't called missing
-};
-
 /// What becomes of an entry in the list (see AddListEntry).
 struct ShownEntry {
   int kind = 0;
@@ -33,10 +26,15 @@ struct ShownEntry {
   Text text1 = {};
   Text text2 = {};
   Text text3 = {};
-  Standing standing = Standing::Found;
+  Presence presence = Presence::Found;  ///< of the place that the entry names, if it can be gone
+  bool isPinned = false;                ///< never counted as missing
   /// The text that stands for the entry in a rewritten list; nothing where the value holds more
   /// than was read of it.
   std::optional<Text> written = {};
+
+  bool IsMissing() const {
+    return !isPinned && (presence == Presence::Missing || presence == Presence::RootMissing);
+  }
 };
 
 enum class CountRule {
@@ -67,8 +65,9 @@ ShownEntry FileEntry(int kind, const EntryPath& path);
 /// Name and folder of the file whose path is the data.
 ShownEntry ShowFile(const NamedValue& value);
 
-/// A folder entry: the icon of the folder or the missing mark.
-ShownEntry FolderEntry(const Text& folder, bool found);
+/// A folder entry: the icon of the folder or the missing mark. The row is in lower case, the folder
+/// looked for in the case that `sought` has.
+ShownEntry FolderEntry(const Text& sought, Presence presence);
 
 /// The path in the columns of a file list, the folder standing in `folderColumn`; the name alone
 /// for a file without a folder.

@@ -1,33 +1,16 @@
 #include "storage/paths.h"
 
-#include <optional>
-
-#include "platform/extras.h"
 #include "platform/winapi.h"
+#include "storage/file_lookups.h"
 
 namespace torvane {
 namespace {
-
-std::optional<WIN32_FIND_DATAW> FindEntry(const Text& path) {
-  WIN32_FIND_DATAW data{};
-  const HANDLE search = FindFirstFileW(Wide(PathForSearch(path)), &data);
-  if (search == INVALID_HANDLE_VALUE) return std::nullopt;
-  FindClose(search);
-  return data;
-}
 
 bool BeginsWithDrive(const Text& path) {
   const auto isLetter = [](char16_t unit) {
     return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
   };
   return path.size() >= 3 && isLetter(path[0]) && path[1] == u':' && path[2] == u'\\';
-}
-
-// Whether a search for the part finds an entry of that name and no other: one that it matches, one
-// in another folder, or one that differs by what Windows drops from a name's end.
-bool NamesOneEntry(TextView part) {
-  return !part.empty() && part.find_first_of(u"/*?<>\"|:") == TextView::npos &&
-         part.back() != u'.' && part.back() != u' ';
 }
 
 Text Expanded(const Text& text) {
@@ -51,32 +34,38 @@ Text RemoveBackslash(Text Path) {
 }
 
 Text GetLongPath(Text Path) {
-  Path = AddBackslash(Path);
+  if (!Path.ends_with(u'\\')) Path += u'\\';
   if (!BeginsWithDrive(Path)) return Path;
-  Text result;
-  std::size_t begin = 3;
-  for (auto end = Path.find(u'\\', begin); end != Text::npos; end = Path.find(u'\\', begin)) {
-    if (!NamesOneEntry(TextView(Path).substr(begin, end - begin))) return Path;
-    const auto entry = FindEntry(Path.substr(0, end));
-    if (!entry) return Path;
-    result.append(u"\\").append(TextOf(entry->cFileName));
-    begin = end + 1;
-  }
-  return Path.substr(0, 2) + result;
+  Path.pop_back();
+  if (Path.size() == 2) return Path;
+  const FileLookups lookups;
+  const Sight& sight = LookFor(Path);
+  return sight.longPath.empty() ? Path + u'\\' : sight.longPath;
 }
 
 bool HasWildcard(TextView path) {
   return path.find_first_of(u"*?") != TextView::npos;
 }
 
+Presence PresenceOf(const Text& Path) {
+  const FileLookups lookups;
+  return LookFor(Path).presence;
+}
+
 bool FileExists(const Text& Path) {
-  return FindEntry(Path).has_value();
+  return PresenceOf(Path) == Presence::Found;
 }
 
 bool FolderExists(Text& Path) {
+  return FolderPresence(Path) == Presence::Found;
+}
+
+Presence FolderPresence(Text& Path) {
   Path = RemoveBackslash(Path);
-  const auto entry = FindEntry(Path);
-  return entry && (entry->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  const FileLookups lookups;
+  const Sight& sight = LookFor(Path);
+  const bool isFile = sight.presence == Presence::Found && !sight.isFolder;
+  return isFile ? Presence::Missing : sight.presence;
 }
 
 Text GetSystemDrive() {

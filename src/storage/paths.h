@@ -20,12 +20,26 @@ Text GetLongPath(Text Path);
 /// Whether a search for the path would take it for a pattern.
 bool HasWildcard(TextView path);
 
+/// What the file system says of a path.
+enum class Presence {
+  Found,
+  Missing,
+  RootMissing,  ///< and so is the drive or the server that it is on
+  OutOfReach,   ///< it lies where this program may not look: it may well exist
+};
+
+/// What is known of the entry of that name, a folder counting too and wildcards acting as such.
+Presence PresenceOf(const Text& Path);
+
 /// Whether the file system has an entry of that name, a folder counting too and wildcards acting as
 /// such.
 bool FileExists(const Text& Path);
 
 /// Whether the path names a folder. The caller's text goes through RemoveBackslash.
 bool FolderExists(Text& Path);
+
+/// The same with the reason; a file is a folder that is missing.
+Presence FolderPresence(Text& Path);
 
 /// The root of the system's drive ("C:\").
 Text GetSystemDrive();

@@ -22,9 +22,9 @@ TEST_F(ReachTest, ASandboxsOwnFolderIsNotMissing) {
   } cases[] = {
       {"D", "/app/share", "KEEP", "Can't be reached"},
       {"E", "/var/data", "KEEP", "Can't be reached"},
-      {"F", "/nonexistent/stick", "KILL", "Missing"},
+      {"F", "/nonexistent/stick", "KILL", "Missing: its drive or server can't be reached"},
       {"G", "../drive_c", "KILL", "Missing"},
-      {"H", nullptr, "KILL", "Missing"},
+      {"H", nullptr, "KILL", "Missing: its drive or server can't be reached"},
   };
   for (const auto& [drive, target, tag, note] : cases) {
     SCOPED_TRACE(drive);

@@ -127,15 +127,6 @@ OpenedWorld OpenWorld(const std::string& named) {
   }
 }
 
-// The layer has no servers.
-bool IsRootReachable(const std::u16string& root) {
-  if (root.size() != 3 || root[1] != u':') return false;
-  const auto letter = static_cast<char>(root[0] | 0x20);
-  std::error_code ignored;
-  return std::filesystem::is_directory(
-      posix::PrefixRoot() / kDriveFolder / std::string{letter, ':'}, ignored);
-}
-
 bool IsWorldInUse() {
   return posix::WineServerRuns(posix::PrefixRoot());
 }

@@ -124,10 +124,6 @@ OpenedWorld OpenWorld(const std::string& named) {
   return {"--prefix is for Wine prefixes; on Windows there is one registry, leave it out.", {}};
 }
 
-bool IsRootReachable(const std::u16string& root) {
-  return GetFileAttributesW(Wide(root)) != INVALID_FILE_ATTRIBUTES;
-}
-
 bool IsWorldInUse() {
   return false;
 }

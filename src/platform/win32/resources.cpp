@@ -109,13 +109,6 @@ std::optional<int> AnswerArguments(std::span<const char* const> /*arguments*/) {
   return std::nullopt;
 }
 
-// Windows tells a path that may not be looked at from one that isn't there.
-bool IsOutOfReach(const std::u16string& path) {
-  return GetFileAttributesW(reinterpret_cast<const wchar_t*>(path.c_str())) ==
-             INVALID_FILE_ATTRIBUTES &&
-         GetLastError() == ERROR_ACCESS_DENIED;
-}
-
 // A Windows user has one registry.
 std::u16string WorldTitle() {
   return {};

@@ -29,18 +29,6 @@ constexpr std::size_t kBufferSize = std::size_t{1} << 16;
   throw std::system_error(code, std::generic_category(), path.string());
 }
 
-FileStamp StampFrom(const struct stat& status) {
-  constexpr std::int64_t kNanoseconds = 1'000'000'000;
-  FileStamp stamp;
-  stamp.device = status.st_dev;
-  stamp.inode = status.st_ino;
-  stamp.size = status.st_size;
-  stamp.modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec;
-  stamp.changed = status.st_ctim.tv_sec * kNanoseconds + status.st_ctim.tv_nsec;
-  stamp.links = status.st_nlink;
-  return stamp;
-}
-
 std::filesystem::path TemporaryFor(const std::filesystem::path& target) {
   constexpr std::size_t kLongestStem = 240;
   return target.parent_path() /
@@ -119,6 +107,18 @@ void CheckWritable(const std::filesystem::path& path) {
 }
 
 }  // namespace
+
+FileStamp StampFrom(const struct stat& status) {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  FileStamp stamp;
+  stamp.device = status.st_dev;
+  stamp.inode = status.st_ino;
+  stamp.size = status.st_size;
+  stamp.modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec;
+  stamp.changed = status.st_ctim.tv_sec * kNanoseconds + status.st_ctim.tv_nsec;
+  stamp.links = status.st_nlink;
+  return stamp;
+}
 
 FileStamp StampOf(const std::filesystem::path& path) {
   struct stat status {};

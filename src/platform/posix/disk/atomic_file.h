@@ -33,6 +33,9 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 
+/// The stamp of a file of which the system has told this.
+FileStamp StampFrom(const struct stat& status);
+
 /// The stamp of the file that a path leads to, links followed.
 FileStamp StampOf(const std::filesystem::path& path);
 

@@ -5,10 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <span>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 #include "platform/posix/paths/folder_cache.h"
 #include "platform/posix/paths/host_lookup.h"
@@ -45,24 +47,75 @@ std::optional<std::u16string> JoinBelow(char16_t drive, const fs::path& below) {
   return path;
 }
 
+/// The host's path where all names are exact; nothing where one can't be a name.
+std::optional<std::string> ExactPath(char16_t drive, std::span<const std::u16string> parts) {
+  std::string path;
+  if (drive != 0) path = PrefixRoot().native() + "/dosdevices/" + DriveName(drive);
+  for (const std::u16string& part : parts) {
+    if (!IsFileName(part)) return std::nullopt;
+    path.append("/").append(ToUtf8(part));
+  }
+  return path;
+}
+
 }  // namespace
 
-std::optional<std::string> DriveRoot(char16_t drive) {
-  if (drive == 0) return std::string();
+Drive LookAtDrive(char16_t drive) {
+  if (drive == 0) return {};
   const std::string& prefix = PrefixRoot().native();
-  std::string root = prefix + "/dosdevices/" + DriveName(drive);
-  if (IsFolder(root)) return root;
-  // A prefix without its dosdevices still has the drive that every prefix has.
-  std::error_code ignored;
-  if (drive == u'c' && !fs::is_symlink(root, ignored)) return prefix + "/drive_c";
-  return std::nullopt;
+  const std::string links = prefix + "/dosdevices/";
+  Drive look{links + DriveName(drive), {}, 0};
+  std::array<char, PATH_MAX> target{};
+  const ssize_t length = readlink(look.root.c_str(), target.data(), target.size());
+  if (length < 0 && errno != EINVAL) {
+    look.error = errno;
+    // A prefix without its dosdevices still has the drive that every prefix has.
+    if (drive == u'c') return {prefix + "/drive_c", {}, 0};
+    return look;
+  }
+  if (length > 0) look.target.assign(target.data(), static_cast<std::size_t>(length));
+  const std::string folder = look.target.empty()           ? look.root
+                             : look.target.starts_with('/') ? look.target
+                                                            : links + look.target;
+  struct stat status {};
+  if (stat(folder.c_str(), &status) != 0) {
+    look.error = errno;
+  } else if (!S_ISDIR(status.st_mode)) {
+    look.error = ENOTDIR;
+  }
+  return look;
+}
+
+std::optional<std::string> DriveRoot(char16_t drive) {
+  Drive look = LookAtDrive(drive);
+  if (look.error != 0) return std::nullopt;
+  return std::move(look.root);
 }
 
 std::optional<std::string> FindFolderOf(const PathParts& path) {
-  std::optional<std::string> host = DriveRoot(path.drive);
-  for (std::size_t i = 0; host && i + 1 < path.parts.size(); ++i) {
-    host = FindPart(*host, path.parts[i]);
+  struct stat status {};
+  const std::span above(path.parts.data(), path.parts.empty() ? 0 : path.parts.size() - 1);
+  if (auto exact = ExactPath(path.drive, above)) {
+    if (stat((*exact + "/").c_str(), &status) == 0) return exact;
   }
+  std::optional<std::string> host = DriveRoot(path.drive);
+  for (std::size_t i = 0; host && i < above.size(); ++i) host = FindPart(*host, above[i]);
+  return host;
+}
+
+std::optional<std::string> FindWhole(const PathParts& path, struct stat& status) {
+  // A root has a slash behind it: without one the host's root would have no name.
+  const char* const behind = path.parts.empty() ? "/" : "";
+  if (auto exact = ExactPath(path.drive, path.parts)) {
+    if (stat((*exact + behind).c_str(), &status) == 0) return exact;
+    if (errno == EACCES) return std::nullopt;
+  }
+  auto host = FindFolderOf(path);
+  errno = ENOTDIR;
+  if (!host) return std::nullopt;
+  if (!path.parts.empty()) host = FindPart(*host, path.parts.back());
+  errno = ENOENT;
+  if (!host || stat((*host + behind).c_str(), &status) != 0) return std::nullopt;
   return host;
 }
 
@@ -76,13 +129,10 @@ std::optional<std::string> FindPart(const std::string& folder, std::u16string_vi
 std::optional<fs::path> FindHostPath(std::u16string_view windowsPath) {
   const auto path = SplitWindowsPath(windowsPath);
   if (!path || path->device) return std::nullopt;
-  auto host = FindFolderOf(*path);
-  if (host && !path->parts.empty()) host = FindPart(*host, path->parts.back());
-  if (!host) return std::nullopt;
-  if (host->empty()) return fs::path("/");
-  const bool there = path->closed ? IsFolder(*host) : access(host->c_str(), F_OK) == 0;
-  if (!there) return std::nullopt;
-  return *host;
+  struct stat status {};
+  const auto host = FindWhole(*path, status);
+  if (!host || (path->closed && !S_ISDIR(status.st_mode))) return std::nullopt;
+  return host->empty() ? fs::path("/") : fs::path(*host);
 }
 
 std::optional<fs::path> HostPathForNew(std::u16string_view windowsPath) {

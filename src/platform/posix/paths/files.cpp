@@ -107,8 +107,8 @@ std::optional<FoundFile> FindByPattern(const std::string& folder, std::u16string
   for (const std::u16string_view own : {u".", u".."}) {
     if (!isRoot && FitsPattern(own, pattern)) return Look(folder + "/" + ToUtf8(own), own);
   }
-  const FolderListing* listing = ListFolder(folder);
-  if (listing == nullptr) return std::nullopt;
+  const auto listing = ListFolder(folder);
+  if (!listing) return std::nullopt;
   for (const FolderEntry& entry : listing->entries()) {
     if (!FitsPattern(entry.name, pattern)) continue;
     if (auto file = Look(folder + "/" + entry.hostName, entry.name)) return file;
@@ -116,15 +116,27 @@ std::optional<FoundFile> FindByPattern(const std::string& folder, std::u16string
   return std::nullopt;
 }
 
-std::optional<FoundFile> FindByName(const std::string& folder, std::u16string_view name) {
-  const auto host = FindPart(folder, name);
-  if (!host) return std::nullopt;
-  return Look(*host, FromUtf8(std::string_view(*host).substr(folder.size() + 1)));
+SearchResult FindByName(const PathParts& path) {
+  SearchResult result;
+  struct stat status {};
+  if (const auto host = FindWhole(path, status)) {
+    const std::u16string name = FromUtf8(std::string_view(*host).substr(host->rfind('/') + 1));
+    result.file = FoundFile{name, AttributesOf(status, name), status};
+  } else {
+    result.error = errno == EACCES    ? ERROR_ACCESS_DENIED
+                   : errno == ENOTDIR ? ERROR_PATH_NOT_FOUND
+                                      : ERROR_FILE_NOT_FOUND;
+  }
+  return result;
 }
 
 SearchResult Search(std::u16string_view windowsPath) {
   const auto path = SplitWindowsPath(windowsPath);
   if (!path) return {std::nullopt, ERROR_PATH_NOT_FOUND};
+  const bool isPattern =
+      !path->parts.empty() && path->parts.back().find_first_of(u"*?") != std::u16string::npos;
+  if (!path->closed && !path->parts.empty() && !path->device && !isPattern)
+    return FindByName(*path);
   const auto folder = FindFolderOf(*path);
   if (!folder) return {std::nullopt, ERROR_PATH_NOT_FOUND};
   if (path->closed) return {std::nullopt, ERROR_FILE_NOT_FOUND};
@@ -132,9 +144,6 @@ SearchResult Search(std::u16string_view windowsPath) {
   if (path->parts.empty()) return {Look(*folder + "/", u"."), ERROR_FILE_NOT_FOUND};
   const std::u16string& last = path->parts.back();
   if (path->device) return {FoundFile{last, FILE_ATTRIBUTE_ARCHIVE, {}}, ERROR_SUCCESS};
-  if (last.find_first_of(u"*?") == std::u16string::npos) {
-    return {FindByName(*folder, last), ERROR_FILE_NOT_FOUND};
-  }
   return {FindByPattern(*folder, last, path->parts.size() == 1), ERROR_FILE_NOT_FOUND};
 }
 

@@ -4,10 +4,10 @@
 #include "platform/posix/paths/folder_cache.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <memory>
 #include <tuple>
 #include <utility>
 
@@ -25,7 +25,7 @@ namespace {
 constexpr std::size_t kMostEntries = 1'000'000;
 
 struct CachedFolder {
-  FolderListing listing;
+  std::shared_ptr<const FolderListing> listing;
   ReadingStamp stamp;
 };
 
@@ -45,27 +45,39 @@ const AtForget kForgetFolders([] {
   TheCache().entries = 0;
 });
 
-struct CloseFolder {
-  // Closing a folder that was only read loses nothing.
-  void operator()(DIR* folder) const { closedir(folder); }
-};
-
-/// Calls `visit` with the name of each entry; false where the folder can't be read.
-template <class Visit>
-bool ForEachName(const std::string& folder, const Visit& visit) {
-  const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
-  if (!open) return false;
-  while (const dirent* entry = readdir(open.get())) {
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") visit(name);
-  }
-  return true;
+/// A folder open for reading; none where it can't be read.
+FileDescriptor OpenFolder(const std::string& folder) {
+  constexpr int kFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+  return FileDescriptor(open(folder.empty() ? "/" : folder.c_str(), kFlags));
 }
 
-std::optional<std::vector<FolderEntry>> ReadEntries(const std::string& folder) {
+FolderEntry::Kind KindOf(unsigned char type) {
+  if (type == DT_DIR) return FolderEntry::Kind::Folder;
+  return type == DT_LNK || type == DT_UNKNOWN ? FolderEntry::Kind::Link : FolderEntry::Kind::File;
+}
+
+/// Calls `visit` with name and type of each entry; false where the folder can't be read.
+template <class Visit>
+bool ForEachName(const FileDescriptor& folder, const Visit& visit) {
+  // On a slow file system each call is a way there and back.
+  constexpr std::size_t kRoom = std::size_t{1} << 16U;
+  const auto room = std::make_unique_for_overwrite<char[]>(kRoom);
+  ssize_t size = 0;
+  while (folder && (size = getdents64(folder.get(), room.get(), kRoom)) > 0) {
+    for (ssize_t at = 0; at < size;) {
+      const auto* const entry = reinterpret_cast<const dirent64*>(room.get() + at);
+      const std::string_view name = entry->d_name;
+      if (name != "." && name != "..") visit(name, KindOf(entry->d_type));
+      at += entry->d_reclen;
+    }
+  }
+  return folder && size == 0;
+}
+
+std::optional<std::vector<FolderEntry>> ReadEntries(const FileDescriptor& folder) {
   std::vector<FolderEntry> entries;
-  const bool read = ForEachName(folder, [&entries](std::string_view name) {
-    entries.push_back({std::string(name), FromUtf8(name)});
+  const bool read = ForEachName(folder, [&](std::string_view name, FolderEntry::Kind kind) {
+    entries.push_back({std::string(name), FromUtf8(name), kind});
   });
   if (!read) return std::nullopt;
   return entries;
@@ -96,7 +108,7 @@ std::optional<std::string> ScanFolder(const std::string& folder, std::u16string_
   const auto keepFirst = [](std::optional<std::string>& kept, std::string_view entry) {
     if (!kept || entry < *kept) kept = entry;
   };
-  ForEachName(folder.empty() ? "/" : folder, [&](std::string_view entry) {
+  ForEachName(OpenFolder(folder), [&](std::string_view entry, FolderEntry::Kind /*kind*/) {
     if (HasName(entry, folded)) {
       keepFirst(first, entry);
     } else if (mayBeShort && FoldedShortName(FromUtf8(entry)) == folded) {
@@ -155,18 +167,22 @@ const FolderEntry* FolderListing::findShort(std::u16string_view folded) const {
   return first == firstByShort_->end() ? nullptr : &entries_[first->second];
 }
 
-const FolderListing* ListFolder(const std::string& folder) {
-  if (folder.empty()) return ListFolder("/");
+std::shared_ptr<const FolderListing> ListFolder(const std::string& folder) {
   Cache& cache = TheCache();
-  const std::int64_t now = FileClock();
-  const FileStamp stamp = StampOf(folder);
   const auto known = cache.folders.find(folder);
   if (known != cache.folders.end()) {
-    if (known->second.stamp.proves(stamp)) return &known->second.listing;
-    cache.entries -= known->second.listing.entries().size();
+    if (known->second.stamp.proves(StampOf(folder.empty() ? "/" : folder))) {
+      return known->second.listing;
+    }
+    cache.entries -= known->second.listing->entries().size();
     cache.folders.erase(known);
   }
-  auto entries = ReadEntries(folder);
+  const FileDescriptor open = OpenFolder(folder);
+  const std::int64_t now = FileClock();
+  struct stat status {};
+  if (!open || fstat(open.get(), &status) != 0) return nullptr;
+  const FileStamp stamp = StampFrom(status);
+  auto entries = ReadEntries(open);
   if (!entries) return nullptr;
   ++cache.readings;
   if (cache.entries + entries->size() > kMostEntries) {
@@ -174,8 +190,9 @@ const FolderListing* ListFolder(const std::string& folder) {
     cache.entries = 0;
   }
   cache.entries += entries->size();
-  CachedFolder read{FolderListing(std::move(*entries)), ReadingStamp(stamp, now)};
-  return &cache.folders.emplace(folder, std::move(read)).first->second.listing;
+  CachedFolder read{std::make_shared<const FolderListing>(std::move(*entries)),
+                    ReadingStamp(stamp, now)};
+  return cache.folders.emplace(folder, std::move(read)).first->second.listing;
 }
 
 std::optional<std::string> FindInFolder(const std::string& folder, std::u16string_view name) {
@@ -187,8 +204,8 @@ std::optional<std::string> FindInFolder(const std::string& folder, std::u16strin
     // A listing of a folder in which something has just changed would answer this once only.
     if (!ReadingStamp(StampOf(folder), FileClock()).isSettled()) return ScanFolder(folder, name);
   }
-  const FolderListing* listing = ListFolder(folder);
-  const FolderEntry* entry = listing != nullptr ? listing->find(name) : nullptr;
+  const auto listing = ListFolder(folder);
+  const FolderEntry* entry = listing ? listing->find(name) : nullptr;
   if (entry == nullptr) return std::nullopt;
   return entry->hostName;
 }

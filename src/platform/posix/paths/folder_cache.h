@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,8 +14,10 @@ namespace torvane::posix {
 
 /// An entry of a folder.
 struct FolderEntry {
-  std::string hostName;  ///< bytes as the host has them
+  enum class Kind : std::uint8_t { File, Folder, Link };  ///< a link may lead to either or nowhere
+  std::string hostName;                                   ///< bytes as the host has them
   std::u16string name;
+  Kind kind = Kind::Link;
 };
 
 /// One reading of a folder. Entries stand in the order of their names without case.
@@ -36,9 +39,9 @@ class FolderListing {
   mutable std::optional<Places> firstByShort_;  ///< made when it is first needed
 };
 
-/// The listing of a folder as it is now, without "." and ".."; null where it can't be read. Valid
-/// until the next call. A folder is a path without a closing slash, so the root is empty.
-const FolderListing* ListFolder(const std::string& folder);
+/// The listing of a folder as it is now, without "." and ".."; null where it can't be read. A folder
+/// is a path without a closing slash, so the root is empty.
+std::shared_ptr<const FolderListing> ListFolder(const std::string& folder);
 
 /// The host's name of a folder's entry, found without case where the exact name isn't there, and by
 /// its short name where that isn't. A link that leads nowhere is an entry.

@@ -66,19 +66,6 @@ void AddPart(std::u16string_view part, bool last, std::vector<std::u16string>& p
   if (!part.empty()) parts.emplace_back(part);
 }
 
-bool IsDevice(std::u16string_view part) {
-  constexpr std::array<std::u16string_view, 4> kNames{u"con", u"prn", u"aux", u"nul"};
-  constexpr std::array<std::u16string_view, 2> kNumbered{u"com", u"lpt"};
-  std::u16string_view base = part.substr(0, part.find_first_of(u".:"));
-  base = base.substr(0, base.find_last_not_of(u' ') + 1);
-  if (base.size() != 3 && base.size() != 4) return false;
-  const std::u16string name = FoldCase(base);
-  if (name.size() == 3) return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
-  const std::u16string_view front = std::u16string_view(name).substr(0, 3);
-  return name[3] >= u'1' && name[3] <= u'9' &&
-         std::find(kNumbered.begin(), kNumbered.end(), front) != kNumbered.end();
-}
-
 /// The places in a pattern that a part of a name has led to.
 class PatternPlaces {
  public:
@@ -156,7 +143,7 @@ std::optional<PathParts> SplitWindowsPath(std::u16string_view path) {
     path.remove_prefix(std::min(length + 1, path.size()));
   }
   if (result.parts.empty()) result.closed = !current;
-  result.device = !result.closed && !result.parts.empty() && IsDevice(result.parts.back());
+  result.device = !result.closed && !result.parts.empty() && IsDeviceName(result.parts.back());
   return result;
 }
 
@@ -168,8 +155,21 @@ bool IsFileName(std::u16string_view part) {
          });
 }
 
+bool IsDeviceName(std::u16string_view part) {
+  constexpr std::array<std::u16string_view, 4> kNames{u"con", u"prn", u"aux", u"nul"};
+  constexpr std::array<std::u16string_view, 2> kNumbered{u"com", u"lpt"};
+  std::u16string_view base = part.substr(0, part.find_first_of(u".:"));
+  base = base.substr(0, base.find_last_not_of(u' ') + 1);
+  if (base.size() != 3 && base.size() != 4) return false;
+  const std::u16string name = FoldCase(base);
+  if (name.size() == 3) return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
+  const std::u16string_view front = std::u16string_view(name).substr(0, 3);
+  return name[3] >= u'1' && name[3] <= u'9' &&
+         std::find(kNumbered.begin(), kNumbered.end(), front) != kNumbered.end();
+}
+
 bool IsReachableName(std::u16string_view name) {
-  return IsFileName(name) && name.back() != u'.' && name.back() != u' ' && !IsDevice(name);
+  return IsFileName(name) && name.back() != u'.' && name.back() != u' ' && !IsDeviceName(name);
 }
 
 bool FitsPattern(std::u16string_view name, std::u16string_view pattern) {

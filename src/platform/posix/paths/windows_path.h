@@ -23,6 +23,9 @@ std::optional<PathParts> SplitWindowsPath(std::u16string_view path);
 /// half of a surrogate pair.
 bool IsFileName(std::u16string_view part);
 
+/// Whether a part is the name of a device (NUL, COM1), with or without an extension.
+bool IsDeviceName(std::u16string_view part);
+
 /// Whether a host's name can be written in a Windows path: it is a file name, and no point or blank
 /// falls off its end.
 bool IsReachableName(std::u16string_view name);

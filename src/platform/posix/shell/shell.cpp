@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "platform/extras.h"
-#include "platform/posix/paths/drive_paths.h"
+#include "platform/posix/paths/host_lookup.h"
 #include "platform/posix/paths/windows_path.h"
 #include "platform/posix/shell/shell_icons.h"
 #include "platform/posix/shell/spawn.h"
@@ -66,11 +66,10 @@ std::u16string ExtensionOf(std::u16string_view path) {
   return point == std::u16string_view::npos ? std::u16string() : FoldCase(name.substr(point));
 }
 
-IconDescription DescribeFile(std::u16string_view path) {
+/// What a file shows; one that is its own picture where `host` is where it lies.
+IconDescription DescribeFile(std::u16string_view path, const std::optional<std::string>& host) {
   std::u16string extension = ExtensionOf(path);
-  if (extension == kIconExtension) {
-    if (const auto host = FindHostPath(path)) return {Kind::IconFile, {}, *host};
-  }
+  if (host && extension == kIconExtension) return {Kind::IconFile, {}, *host};
   return {Kind::FileType, std::move(extension), {}};
 }
 
@@ -80,12 +79,25 @@ IconDescription DescribeFolder(std::u16string_view path, UINT flags) {
   return {(flags & SHGFI_OPENICON) != 0 ? Kind::OpenFolder : Kind::Folder, {}, {}};
 }
 
+/// Where a path leads that isn't a device's; nothing where it isn't there.
+std::optional<std::string> HostOf(std::u16string_view path, struct stat& status) {
+  const auto parts = SplitWindowsPath(path);
+  return parts && !parts->device ? FindWhole(*parts, status) : std::nullopt;
+}
+
 /// What a path shows, or nothing where it isn't there.
 std::optional<IconDescription> DescribePath(std::u16string_view path, UINT flags) {
-  const auto host = FindHostPath(path);
   struct stat status {};
-  if (!host || stat(host->c_str(), &status) != 0) return std::nullopt;
-  return S_ISDIR(status.st_mode) ? DescribeFolder(path, flags) : DescribeFile(path);
+  const auto host = HostOf(path, status);
+  if (!host) return std::nullopt;
+  return S_ISDIR(status.st_mode) ? DescribeFolder(path, flags) : DescribeFile(path, host);
+}
+
+/// What a name shows. An .ico file is its own picture, so its name alone still says which one.
+IconDescription DescribeName(std::u16string_view name) {
+  struct stat status {};
+  const bool isPath = name.find_first_of(u"\\/") != std::u16string_view::npos;
+  return DescribeFile(name, isPath ? HostOf(name, status) : std::nullopt);
 }
 
 /// Whether a text is a link of a kind that the desktop may open for us.
@@ -121,8 +133,7 @@ DWORD_PTR SHGetFileInfoW(LPCWSTR path, DWORD attributes, SHFILEINFOW* info, UINT
   } else if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
     icon = DescribeFolder(path, flags);
   } else {
-    // An .ico file is its own picture, so its name alone still says which one.
-    icon = DescribeFile(path);
+    icon = DescribeName(path);
   }
   if (!icon) return 0;
   info->iIcon = Icons().numberOf(*icon);
