@@ -21,6 +21,9 @@ ScanState Next(ScanState state, char16_t character) {
 std::int32_t clsParse::Initialise(TextView Source, TextView Separators) {
   source_ = Source;
   boundaries_.assign(1, 0);
+  if (Separators.size() == 1 && Source.find(kQuote) == TextView::npos) {
+    return SplitUnquoted(Separators.front());
+  }
   ScanState state = ScanState::ElementStart;
   std::int32_t position = 0;
   for (const char16_t character : source_) {
@@ -35,6 +38,15 @@ std::int32_t clsParse::Initialise(TextView Source, TextView Separators) {
     if (state == ScanState::Failed) return 0;
   }
   boundaries_.push_back(position + 1);
+  return static_cast<std::int32_t>(boundaries_.size()) - 1;
+}
+
+// Without quotes each separator separates.
+std::int32_t clsParse::SplitUnquoted(char16_t separator) {
+  for (std::size_t at = 0; at < source_.size(); ++at) {
+    if (source_[at] == separator) boundaries_.push_back(static_cast<std::int32_t>(at) + 1);
+  }
+  boundaries_.push_back(static_cast<std::int32_t>(source_.size()) + 1);
   return static_cast<std::int32_t>(boundaries_.size()) - 1;
 }
 

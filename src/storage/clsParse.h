@@ -21,6 +21,8 @@ class clsParse {
   Text ElementAsString(std::int32_t index) const;
 
  private:
+  std::int32_t SplitUnquoted(char16_t separator);
+
   Text source_;
   /// boundaries_[k] is the 1-based position of the separator that ends element k; slot 0 is 0.
   std::vector<std::int32_t> boundaries_;

@@ -1,6 +1,7 @@
 #include "storage/file_lookups.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <unordered_map>
 
@@ -59,6 +60,17 @@ bool HasPlainParts(TextView path, std::size_t root) {
   return true;
 }
 
+// Many times faster than comparing unit by unit.
+bool IsSame(TextView left, TextView right) {
+  return left.size() == right.size() &&
+         (left.empty() ||
+          std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0);
+}
+
+struct TextEqual {
+  using is_transparent = void;
+  bool operator()(TextView left, TextView right) const { return IsSame(left, right); }
+};
 struct TextHash {
   using is_transparent = void;
   std::size_t operator()(TextView text) const { return std::hash<TextView>()(text); }
@@ -86,7 +98,8 @@ bool IsThere(const SearchRoot& root) {
 class LookupMemory {
  public:
   const Sight& Look(const Text& path) {
-    if (path != path_ && (sight_.longPath.empty() || path != sight_.longPath)) {
+    const bool isKnown = IsSame(path, path_) || (!path.empty() && IsSame(path, sight_.longPath));
+    if (!isKnown) {
       path_ = path;
       LookAnew();
     }
@@ -155,12 +168,12 @@ class LookupMemory {
     sight_.isFolder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   }
 
-  using Folders = std::unordered_map<Text, Folder, TextHash, std::equal_to<>>;
+  using Folders = std::unordered_map<Text, Folder, TextHash, TextEqual>;
   using Place = Folders::value_type;  ///< stays where it is
 
   const Folder& FolderOf(TextView path) {
     // Neighbours in a list often lie in one folder.
-    if (!lastPlace_ || path != lastPlace_->first) lastPlace_ = &Walk(path);
+    if (!lastPlace_ || !IsSame(path, lastPlace_->first)) lastPlace_ = &Walk(path);
     return lastPlace_->second;
   }
 

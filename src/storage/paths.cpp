@@ -1,5 +1,7 @@
 #include "storage/paths.h"
 
+#include <algorithm>
+
 #include "platform/winapi.h"
 #include "storage/file_lookups.h"
 
@@ -44,7 +46,8 @@ Text GetLongPath(Text Path) {
 }
 
 bool HasWildcard(TextView path) {
-  return path.find_first_of(u"*?") != TextView::npos;
+  return std::any_of(path.begin(), path.end(),
+                     [](char16_t unit) { return unit == u'*' || unit == u'?'; });
 }
 
 Presence PresenceOf(const Text& Path) {

@@ -36,7 +36,16 @@ Text FromAnsi(std::string_view bytes) {
 }
 
 Text LowerCase(Text text) {
-  if (text.empty()) return text;
+  // Nearly all that is asked for is plain, and has to ask no table.
+  char16_t all = 0;
+  for (const char16_t unit : text) all |= unit;
+  if (all < 0x80) {
+    for (char16_t& unit : text) {
+      const bool isCapital = unit >= u'A' && unit <= u'Z';
+      unit = static_cast<char16_t>(isCapital ? unit + (u'a' - u'A') : unit);
+    }
+    return text;
+  }
   Text lower = text;
   CharLowerBuffW(WideBuffer(lower), static_cast<DWORD>(lower.size()));
   if (SameName(lower, text)) return lower;

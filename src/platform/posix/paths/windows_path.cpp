@@ -151,7 +151,9 @@ bool IsFileName(std::u16string_view part) {
   // Half of a pair has no bytes that a name of the host could be made of.
   return !part.empty() && HasWholePairs(part) && part != u"." && part != u".." &&
          std::none_of(part.begin(), part.end(), [](char16_t unit) {
-           return unit < u' ' || kReserved.find(unit) != kReserved.npos;
+           // Most letters and all digits lie between the reserved ones.
+           const bool mayBe = unit <= u'?' || unit == u'\\' || unit == u'|';
+           return unit < u' ' || (mayBe && kReserved.find(unit) != kReserved.npos);
          });
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <chrono>
 #include <cstring>
 #include <optional>
@@ -378,6 +379,10 @@ std::u16string UnitsOf(std::string_view bytes) {
 
 std::string BytesOf(std::u16string_view text) {
   std::string bytes(text.size() * 2, '\0');
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(bytes.data(), text.data(), bytes.size());
+    return bytes;
+  }
   for (std::size_t i = 0; i < text.size(); ++i) {
     bytes[2 * i] = static_cast<char>(text[i] & 0xFF);
     bytes[2 * i + 1] = static_cast<char>(text[i] >> 8);

@@ -27,6 +27,12 @@ class TextReader {
 
   /// Gives false at the end.
   bool next(char16_t& unit) {
+    // Paths are full of these.
+    if (end_ - at_ >= 2 && at_[0] == '\\' && at_[1] == '\\' && low_ == 0) {
+      at_ += 2;
+      unit = u'\\';
+      return true;
+    }
     if (at_ == end_ || *at_ == '\\' || static_cast<unsigned char>(*at_) >= 0x80 || low_ != 0)
       return nextOdd(unit);
     unit = static_cast<unsigned char>(*at_++);
