@@ -113,8 +113,7 @@ ShownRow RowOf(const ShownEntry& entry) {
   if (!kind) return {};
   const std::array<Text, 4> texts = {{{}, entry.text1, entry.text2, entry.text3}};
   const auto text = [&](int number) { return texts[static_cast<std::size_t>(number)]; };
-  return {{text(kind->text), text(kind->subItem1), text(kind->subItem2)},
-          entry.IsMissing()};
+  return {{text(kind->text), text(kind->subItem1), text(kind->subItem2)}, entry.IsMissing()};
 }
 
 ShownRow RowOf(const ListItem& item) {
