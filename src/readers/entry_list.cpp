@@ -107,8 +107,8 @@ int ImageOfPath(const Text& path) {
     return KnownImage(u"\\", [] { return AskShell(u"x", FILE_ATTRIBUTE_DIRECTORY, kByKind); });
   }
   const Text extension = ExtensionOf(path);
-  const bool hasPicture = std::find(std::begin(kWithPicture), std::end(kWithPicture),
-                                    extension) != std::end(kWithPicture);
+  const bool hasPicture = std::find(std::begin(kWithPicture), std::end(kWithPicture), extension) !=
+                          std::end(kWithPicture);
   if (hasPicture && IsOnThisMachine(path)) {
     return KnownImage(path, [&] { return AskByPath(path, kByPath); });
   }

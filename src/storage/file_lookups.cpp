@@ -206,7 +206,8 @@ class LookupMemory {
       const std::size_t begin = end + 1;
       end = std::min(path.find(u'\\', begin), path.size());
       place = Known(path.substr(0, end));
-      if (!place) place = &Keep(path.substr(0, end), Below(folder, path.substr(begin, end - begin)));
+      if (!place)
+        place = &Keep(path.substr(0, end), Below(folder, path.substr(begin, end - begin)));
     }
     return *place;
   }

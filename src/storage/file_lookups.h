@@ -31,7 +31,8 @@ struct Sight {
   Text longPath = {};
 };
 
-/// Looks for a path as FindFirstFile takes it. Valid until the next look, while a FileLookups lives.
+/// Looks for a path as FindFirstFile takes it. Valid until the next look, while a FileLookups
+/// lives.
 const Sight& LookFor(const Text& path);
 
 /// Whether the drive or share that a path begins with is there to look for files on, and whether it
@@ -39,7 +40,8 @@ const Sight& LookFor(const Text& path);
 bool IsRootThere(const Text& path);
 bool IsOnThisMachine(const Text& path);
 
-/// The drive's root or the share ("D:\", "\\server\share\") that a path begins with; empty for none.
+/// The drive's root or the share ("D:\", "\\server\share\") that a path begins with; empty for
+/// none.
 Text RootOf(TextView path);
 
 }  // namespace torvane

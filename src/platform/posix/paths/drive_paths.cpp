@@ -74,7 +74,7 @@ Drive LookAtDrive(char16_t drive) {
     return look;
   }
   if (length > 0) look.target.assign(target.data(), static_cast<std::size_t>(length));
-  const std::string folder = look.target.empty()           ? look.root
+  const std::string folder = look.target.empty()            ? look.root
                              : look.target.starts_with('/') ? look.target
                                                             : links + look.target;
   struct stat status {};

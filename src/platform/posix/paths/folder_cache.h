@@ -39,8 +39,8 @@ class FolderListing {
   mutable std::optional<Places> firstByShort_;  ///< made when it is first needed
 };
 
-/// The listing of a folder as it is now, without "." and ".."; null where it can't be read. A folder
-/// is a path without a closing slash, so the root is empty.
+/// The listing of a folder as it is now, without "." and ".."; null where it can't be read. A
+/// folder is a path without a closing slash, so the root is empty.
 std::shared_ptr<const FolderListing> ListFolder(const std::string& folder);
 
 /// The host's name of a folder's entry, found without case where the exact name isn't there, and by

@@ -1,5 +1,5 @@
-// A name as it stands is asked for first: that is one call. Where it isn't there the folder is read,
-// for another case or a short name, and its listing answers from then on.
+// A name as it stands is asked for first: that is one call. Where it isn't there the folder is
+// read, for another case or a short name, and its listing answers from then on.
 //
 // A prefix that a sandbox made maps drives to places as the sandbox has them: its own folders,
 // which aren't there outside, or are there but aren't the same.
