@@ -30,9 +30,13 @@ class WordPad:
         return self.screen.title(self.window)
 
     def close(self):
-        self.screen.xdo('windowactivate', self.window)
-        self.screen.key('alt+F4')
-        return self.process.wait(60)
+        # A program that is still starting may not have the keyboard yet and lose the key.
+        for _ in range(6):
+            self.screen.xdo('windowactivate', self.window)
+            self.screen.key('alt+F4')
+            with contextlib.suppress(subprocess.TimeoutExpired):
+                return self.process.wait(10)
+        raise RuntimeError("WordPad doesn't close")
 
 
 @contextlib.contextmanager
