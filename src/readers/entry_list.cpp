@@ -38,7 +38,9 @@ constexpr TextView kRootMissing = u"Missing: its drive or server can't be reache
 constexpr TextView kOutOfReach = u"Can't be reached";
 
 // What the shell has been asked in this fill, which takes longer than all else about an entry: by
-// extension, by path, and for folders by a backslash.
+// path, by extension, and by two words that are neither.
+constexpr TextView kFolderKind = u"<folder>";
+constexpr TextView kPlainKind = u"<file>";
 struct Images {
   std::unordered_map<Text, int> known;
   const std::pair<const Text, int>* last = nullptr;
@@ -52,7 +54,7 @@ Images& KnownImages() {
 template <class Ask>
 int KnownImage(const Text& name, const Ask& ask) {
   Images& images = KnownImages();
-  if (!images.last || images.last->first != name) {
+  if (!images.last || !SameText(images.last->first, name)) {
     auto known = images.known.find(name);
     if (known == images.known.end()) known = images.known.emplace(name, ask()).first;
     images.last = &*known;
@@ -97,6 +99,8 @@ int DriveImage(const Text& path) {
 // that costs no way over a network.
 int ImageOfPath(const Text& path) {
   constexpr TextView kWithPicture[] = {u".exe", u".ico", u".cur", u".ani", u".lnk"};
+  const Images& images = KnownImages();
+  if (images.last && SameText(images.last->first, path)) return images.last->second;
   if (IsOwnIcon(path)) return KnownImage(path, [&] { return AskByPath(path, kByPath); });
   const FileLookups lookups;
   if (RootOf(path) == AddBackslash(path)) return DriveImage(path);
@@ -104,7 +108,7 @@ int ImageOfPath(const Text& path) {
   const Sight& sight = LookFor(path);
   if (sight.presence != Presence::Found) return 0;
   if (sight.isFolder) {
-    return KnownImage(u"\\", [] { return AskShell(u"x", FILE_ATTRIBUTE_DIRECTORY, kByKind); });
+    return KnownImage(Text(kFolderKind), [] { return AskShell(u"x", FILE_ATTRIBUTE_DIRECTORY, kByKind); });
   }
   const Text extension = ExtensionOf(path);
   const bool hasPicture = std::find(std::begin(kWithPicture), std::end(kWithPicture), extension) !=
@@ -112,7 +116,7 @@ int ImageOfPath(const Text& path) {
   if (hasPicture && IsOnThisMachine(path)) {
     return KnownImage(path, [&] { return AskByPath(path, kByPath); });
   }
-  return KnownImage(extension.empty() ? u"x" : extension, [&] {
+  return KnownImage(extension.empty() ? Text(kPlainKind) : extension, [&] {
     return AskShell(extension.empty() ? u"x" : extension, FILE_ATTRIBUTE_NORMAL, kByKind);
   });
 }
@@ -128,6 +132,12 @@ void SetImage(const List& list, const ListItem& item, int image) {
   record.iItem = item.Index() - 1;
   record.iImage = image;
   SendMessageW(list.hWnd(), LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&record));
+}
+
+// The last of the elements between backslashes, of which double quotes protect some.
+Text LastElement(const Text& path) {
+  clsParse parser;
+  return parser.ElementAsString(parser.Initialise(path, u"\\"));
 }
 
 }  // namespace
@@ -185,7 +195,7 @@ ListItem* AddListEntry(List& list, int ListKind, const Text& IconPath, const Tex
   if (row->subItem2 != 0) item.SubItems(2, chosen(row->subItem2));
   item.Tag(Tag);
   item.Number(Number);
-  if (IconPath == Icons().IconMissingFile) item.ImageNote(NoteOn(Presence::Missing));
+  if (SameText(IconPath, Icons().IconMissingFile)) item.ImageNote(NoteOn(Presence::Missing));
   SetImage(list, item, image);
   return &item;
 }
@@ -206,13 +216,18 @@ LRESULT SetListImageList(HWND window, LPARAM imageList, WPARAM kind) {
 }
 
 EntryPath SplitEntryPath(const Text& text) {
+  const FileLookups lookups;
   EntryPath path;
-  path.sought = RemoveBackslash(GetLongPath(text));
+  Text closed;
+  closed.reserve(text.size() + 1);
+  closed = text;
+  path.sought = RemoveBackslash(GetLongPath(std::move(closed)));
   path.fullPath = LowerCase(path.sought);
-  clsParse parser;
-  path.fileName = parser.ElementAsString(parser.Initialise(path.fullPath, u"\\"));
+  path.isPlain = LookFor(path.sought).isPlain;
+  path.fileName = path.isPlain ? path.fullPath.substr(path.fullPath.rfind(u'\\') + 1)
+                               : LastElement(path.fullPath);
   path.folderPath = path.fullPath.substr(0, path.fullPath.size() - path.fileName.size());
-  if (path.folderPath.size() > 3) path.folderPath = RemoveBackslash(path.folderPath);
+  if (path.folderPath.size() > 3) path.folderPath = RemoveBackslash(std::move(path.folderPath));
   return path;
 }
 

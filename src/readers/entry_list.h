@@ -55,6 +55,7 @@ LRESULT SetListImageList(HWND window, LPARAM imageList, WPARAM kind);
 struct EntryPath {
   Text fullPath;
   Text sought;  ///< the same in the case in which it is looked for
+  bool isPlain = false;  ///< it holds neither quotes nor wildcards
   Text fileName;
   Text folderPath;  ///< closed by a backslash only where it is a root; empty for a bare name
 };

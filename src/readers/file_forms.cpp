@@ -34,7 +34,7 @@ ShownEntry ShowFileBeforeComma(const NamedValue& value) {
   EntryPath path = SplitEntryPath(text);
   path.folderPath =
       AddBackslash(path.fullPath.substr(0, path.fullPath.size() - path.fileName.size()));
-  ShownEntry shown = FileEntry(4, path);
+  ShownEntry shown = FileEntry(4, std::move(path));
   shown.written->append(kBehindComma);
   if (parts == 0 || HasWildcard(text)) shown.written.reset();
   return shown;

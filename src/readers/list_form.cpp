@@ -19,20 +19,25 @@ bool PassCount(const MruEntry& list, const NamedValue& value) {
   return value.name == list.CountValue;
 }
 
-ShownEntry FileEntry(int kind, const EntryPath& path) {
+ShownEntry FileEntry(int kind, EntryPath path) {
   const Presence presence = PresenceOf(path.sought);
+  const bool isFound = presence == Presence::Found;
   return {.kind = kind,
-          .iconPath = presence == Presence::Found ? path.sought : Icons().IconMissingFile,
-          .text1 = path.fileName,
-          .text2 = path.folderPath,
+          .iconPath = isFound ? std::move(path.sought) : Icons().IconMissingFile,
+          .text1 = std::move(path.fileName),
+          .text2 = std::move(path.folderPath),
           .presence = presence,
-          .written = path.fullPath};
+          .written = std::move(path.fullPath)};
 }
 
 ShownEntry ShowFile(const NamedValue& value) {
-  const Text text = AsText(value.value);
-  ShownEntry shown = FileEntry(0, SplitEntryPath(text));
-  if (HasWildcard(text)) shown.written.reset();
+  const Text* const plain = std::get_if<Text>(&value.value);
+  const Text number = plain ? Text() : AsText(value.value);
+  const Text& text = plain ? *plain : number;
+  EntryPath path = SplitEntryPath(text);
+  const bool isPattern = !path.isPlain && HasWildcard(text);
+  ShownEntry shown = FileEntry(0, std::move(path));
+  if (isPattern) shown.written.reset();
   return shown;
 }
 

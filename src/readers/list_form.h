@@ -61,7 +61,7 @@ bool PassEmptyOrCount(const MruEntry& list, const NamedValue& value);
 bool PassCount(const MruEntry& list, const NamedValue& value);
 
 /// A file entry: the icon of the file or the missing mark.
-ShownEntry FileEntry(int kind, const EntryPath& path);
+ShownEntry FileEntry(int kind, EntryPath path);
 /// Name and folder of the file whose path is the data.
 ShownEntry ShowFile(const NamedValue& value);
 

@@ -1,7 +1,6 @@
 #include "storage/file_lookups.h"
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <unordered_map>
 
@@ -60,16 +59,9 @@ bool HasPlainParts(TextView path, std::size_t root) {
   return true;
 }
 
-// Many times faster than comparing unit by unit.
-bool IsSame(TextView left, TextView right) {
-  return left.size() == right.size() &&
-         (left.empty() ||
-          std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0);
-}
-
 struct TextEqual {
   using is_transparent = void;
-  bool operator()(TextView left, TextView right) const { return IsSame(left, right); }
+  bool operator()(TextView left, TextView right) const { return SameText(left, right); }
 };
 struct TextHash {
   using is_transparent = void;
@@ -87,6 +79,7 @@ struct Folder {
   Text path;  ///< in long names as far as they are known, without a closing backslash
   const SearchRoot* root = nullptr;
   std::unique_ptr<FolderSearch> search = nullptr;
+  bool isPlain = true;  ///< made of a root and plain names
 };
 
 bool IsThere(const SearchRoot& root) {
@@ -98,7 +91,7 @@ bool IsThere(const SearchRoot& root) {
 class LookupMemory {
  public:
   const Sight& Look(const Text& path) {
-    const bool isKnown = IsSame(path, path_) || (!path.empty() && IsSame(path, sight_.longPath));
+    const bool isKnown = SameText(path, path_) || (!path.empty() && SameText(path, sight_.longPath));
     if (!isKnown) {
       path_ = path;
       LookAnew();
@@ -123,6 +116,7 @@ class LookupMemory {
   void LookAnew() {
     sight_.presence = Presence::Missing;
     sight_.isFolder = false;
+    sight_.isPlain = false;
     sight_.longPath.clear();
     const TextView path = path_;
     const std::size_t cut = path.rfind(u'\\');
@@ -131,6 +125,7 @@ class LookupMemory {
     if (cut != TextView::npos && NamesOneEntry(name)) {
       const Folder& folder = FolderOf(path.substr(0, cut));
       root = folder.root;
+      sight_.isPlain = folder.isPlain;
       if (folder.kind == Folder::Kind::Known) Find(folder, name);
       if (folder.kind == Folder::Kind::Unasked) AskSystem(folder.path + Text(path.substr(cut)));
     } else {
@@ -173,7 +168,7 @@ class LookupMemory {
 
   const Folder& FolderOf(TextView path) {
     // Neighbours in a list often lie in one folder.
-    if (!lastPlace_ || !IsSame(path, lastPlace_->first)) lastPlace_ = &Walk(path);
+    if (!lastPlace_ || !SameText(path, lastPlace_->first)) lastPlace_ = &Walk(path);
     return lastPlace_->second;
   }
 
@@ -190,10 +185,10 @@ class LookupMemory {
   const Place& Walk(TextView path) {
     if (const Place* known = Known(path)) return *known;
     const SearchRoot* const root = RootFor(Text(path) + u'\\');
-    if (root && !IsThere(*root)) return Keep(path, {Folder::Kind::Gone, {}, root});
+    if (root && !IsThere(*root)) return Keep(path, {Folder::Kind::Gone, {}, root, nullptr, false});
     const std::size_t rootEnd = root ? EndOfRoot(path) : TextView::npos;
     if (rootEnd == TextView::npos || !HasPlainParts(path, rootEnd)) {
-      return Keep(path, {Folder::Kind::Unasked, Text(path), root});
+      return Keep(path, {Folder::Kind::Unasked, Text(path), root, nullptr, false});
     }
     const TextView front = path.substr(0, rootEnd);
     const Place* place = Known(front);

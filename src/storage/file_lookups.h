@@ -27,6 +27,7 @@ class FileLookups {
 struct Sight {
   Presence presence = Presence::Missing;
   bool isFolder = false;
+  bool isPlain = false;  ///< made of a root and plain names, without wildcards and quotes
   /// The path with the names that the disk has, of one found by X:\ and plain names; else empty.
   Text longPath = {};
 };

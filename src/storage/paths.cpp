@@ -1,7 +1,5 @@
 #include "storage/paths.h"
 
-#include <algorithm>
-
 #include "platform/winapi.h"
 #include "storage/file_lookups.h"
 
@@ -28,9 +26,8 @@ Text AddBackslash(const Text& Path) {
 }
 
 Text RemoveBackslash(Text Path) {
-  const auto begin = Path.find_first_not_of(u' ');
-  if (begin == Text::npos) return {};
-  Path = Path.substr(begin, Path.find_last_not_of(u' ') - begin + 1);
+  Path.erase(Path.find_last_not_of(u' ') + 1);
+  if (Path.starts_with(u' ')) Path.erase(0, Path.find_first_not_of(u' '));
   if (Path.ends_with(u'\\')) Path.pop_back();
   return Path;
 }
@@ -42,12 +39,13 @@ Text GetLongPath(Text Path) {
   if (Path.size() == 2) return Path;
   const FileLookups lookups;
   const Sight& sight = LookFor(Path);
-  return sight.longPath.empty() ? Path + u'\\' : sight.longPath;
+  if (!sight.longPath.empty()) return sight.longPath;
+  Path += u'\\';
+  return Path;
 }
 
 bool HasWildcard(TextView path) {
-  return std::any_of(path.begin(), path.end(),
-                     [](char16_t unit) { return unit == u'*' || unit == u'?'; });
+  return path.find_first_of(u"*?") != TextView::npos;
 }
 
 Presence PresenceOf(const Text& Path) {

@@ -1,5 +1,8 @@
 #include "storage/text.h"
 
+#include <cstdint>
+#include <cstring>
+
 #include "platform/winapi.h"
 
 namespace torvane {
@@ -10,6 +13,44 @@ int CompareNames(TextView left, TextView right) {
   const auto start = [](TextView text) { return Wide(text.empty() ? u"" : text.data()); };
   return CompareStringOrdinal(start(left), static_cast<int>(left.size()), start(right),
                               static_cast<int>(right.size()), TRUE);
+}
+
+// Four units at a time.
+constexpr std::size_t kBlock = 4;
+constexpr std::uint64_t kEach = 0x0001'0001'0001'0001;
+constexpr std::uint64_t kSigns = 0x8000 * kEach;
+
+std::uint64_t BlockAt(const char16_t* text) {
+  std::uint64_t units = 0;
+  std::memcpy(&units, text, sizeof units);
+  return units;
+}
+
+constexpr bool IsAscii(std::uint64_t units) {
+  return (units & (0xFF80 * kEach)) == 0;
+}
+
+// Of units that are all of ASCII, which need no table.
+constexpr std::uint64_t LowerAscii(std::uint64_t units) {
+  const std::uint64_t fromA = units + (0x8000 - u'A') * kEach;
+  const std::uint64_t behindZ = units + (0x8000 - u'Z' - 1) * kEach;
+  return units | ((fromA & ~behindZ & kSigns) >> 10U);
+}
+
+// Gives false, the text being lower case in part, where it has other units.
+bool LowerWhereAscii(Text& text) {
+  std::size_t at = 0;
+  for (; at + kBlock <= text.size(); at += kBlock) {
+    const std::uint64_t units = BlockAt(&text[at]);
+    if (!IsAscii(units)) return false;
+    const std::uint64_t lower = LowerAscii(units);
+    std::memcpy(&text[at], &lower, sizeof lower);
+  }
+  for (; at < text.size(); ++at) {
+    if (!IsAscii(text[at])) return false;
+    text[at] = static_cast<char16_t>(LowerAscii(text[at]));
+  }
+  return true;
 }
 
 }  // namespace
@@ -36,16 +77,7 @@ Text FromAnsi(std::string_view bytes) {
 }
 
 Text LowerCase(Text text) {
-  // Nearly all that is asked for is plain, and has to ask no table.
-  char16_t all = 0;
-  for (const char16_t unit : text) all |= unit;
-  if (all < 0x80) {
-    for (char16_t& unit : text) {
-      const bool isCapital = unit >= u'A' && unit <= u'Z';
-      unit = static_cast<char16_t>(isCapital ? unit + (u'a' - u'A') : unit);
-    }
-    return text;
-  }
+  if (text.empty() || LowerWhereAscii(text)) return text;
   Text lower = text;
   CharLowerBuffW(WideBuffer(lower), static_cast<DWORD>(lower.size()));
   if (SameName(lower, text)) return lower;
@@ -54,6 +86,12 @@ Text LowerCase(Text text) {
     if (SameName({&lower[i], 1}, {&text[i], 1})) text[i] = lower[i];
   }
   return text;
+}
+
+bool SameText(TextView left, TextView right) {
+  return left.size() == right.size() &&
+         (left.empty() ||
+          std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0);
 }
 
 bool SameName(TextView left, TextView right) {

@@ -18,6 +18,9 @@ std::string ToAnsi(TextView text);
 /// Text of bytes in the system's ANSI code page.
 Text FromAnsi(std::string_view bytes);
 
+/// Whether two texts are equal: what the standard library asks unit by unit, many at a time.
+bool SameText(TextView left, TextView right);
+
 /// Lower case for showing, unit by unit. What it gives is, as a name, the name that it was given.
 Text LowerCase(Text text);
 

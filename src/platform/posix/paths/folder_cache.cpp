@@ -167,13 +167,17 @@ const FolderEntry* FolderListing::findShort(std::u16string_view folded) const {
   return first == firstByShort_->end() ? nullptr : &entries_[first->second];
 }
 
+std::shared_ptr<const FolderListing> KnownListing(const std::string& folder) {
+  const auto known = TheCache().folders.find(folder);
+  if (known == TheCache().folders.end() || !known->second.stamp.isSettled()) return nullptr;
+  const bool holds = known->second.stamp.proves(StampOf(folder.empty() ? "/" : folder));
+  return holds ? known->second.listing : nullptr;
+}
+
 std::shared_ptr<const FolderListing> ListFolder(const std::string& folder) {
+  if (auto known = KnownListing(folder)) return known;
   Cache& cache = TheCache();
-  const auto known = cache.folders.find(folder);
-  if (known != cache.folders.end()) {
-    if (known->second.stamp.proves(StampOf(folder.empty() ? "/" : folder))) {
-      return known->second.listing;
-    }
+  if (const auto known = cache.folders.find(folder); known != cache.folders.end()) {
     cache.entries -= known->second.listing->entries().size();
     cache.folders.erase(known);
   }

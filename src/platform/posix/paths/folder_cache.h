@@ -43,6 +43,9 @@ class FolderListing {
 /// folder is a path without a closing slash, so the root is empty.
 std::shared_ptr<const FolderListing> ListFolder(const std::string& folder);
 
+/// A listing that was made earlier and still holds; null for none.
+std::shared_ptr<const FolderListing> KnownListing(const std::string& folder);
+
 /// The host's name of a folder's entry, found without case where the exact name isn't there, and by
 /// its short name where that isn't. A link that leads nowhere is an entry.
 std::optional<std::string> FindInFolder(const std::string& folder, std::u16string_view name);

@@ -32,17 +32,22 @@ class HostFolder : public FolderSearch {
 
   Entry Find(std::u16string_view name) override {
     found_.clear();
-    if (!posix::IsFileName(name)) return {};
     if (posix::IsDeviceName(name)) return {Result::Found, std::u16string(name), false};
-    if (!isRead_) {
-      Entry exact = Look(posix::ToUtf8(name));
-      if (exact.result != Result::Missing || errno == ENAMETOOLONG) return exact;
-      listing_ = posix::ListFolder(path_);
-      isRead_ = true;
+    if (!isKnown_) {
+      isKnown_ = true;
+      listing_ = posix::KnownListing(path_);
     }
-    const posix::FolderEntry* const entry = listing_ ? listing_->find(name) : nullptr;
-    // Of a folder that can be passed but not read, only exact names are known.
-    if (entry == nullptr) return listing_ ? Entry{} : Look(posix::ToUtf8(name));
+    if (!listing_) {
+      if (!posix::IsFileName(name)) return {};
+      Entry exact = Look(posix::ToUtf8(name));
+      if (exact.result != Result::Missing || errno == ENAMETOOLONG || isUnreadable_) return exact;
+      listing_ = posix::ListFolder(path_);
+      // Of a folder that can be passed but not read, only exact names are known.
+      isUnreadable_ = !listing_;
+      if (isUnreadable_) return exact;
+    }
+    const posix::FolderEntry* const entry = listing_->find(name);
+    if (entry == nullptr || !posix::IsFileName(name)) return {};
     if (entry->kind == posix::FolderEntry::Kind::Link) return Look(entry->hostName);
     found_ = entry->hostName;
     return {Result::Found, entry->name, entry->kind == posix::FolderEntry::Kind::Folder};
@@ -64,7 +69,8 @@ class HostFolder : public FolderSearch {
   }
 
   std::string path_;  ///< without a closing slash
-  bool isRead_ = false;
+  bool isKnown_ = false;  ///< whether an earlier listing has been asked for
+  bool isUnreadable_ = false;
   std::shared_ptr<const FolderListing> listing_;
   std::string found_;  ///< the host's name of the entry that was found last
 };

@@ -160,6 +160,10 @@ bool IsFileName(std::u16string_view part) {
 bool IsDeviceName(std::u16string_view part) {
   constexpr std::array<std::u16string_view, 4> kNames{u"con", u"prn", u"aux", u"nul"};
   constexpr std::array<std::u16string_view, 2> kNumbered{u"com", u"lpt"};
+  if (part.size() < 3) return false;
+  // Few names begin like one of them.
+  constexpr std::u16string_view kFirst = u"CPANLcpanl";
+  if (kFirst.find(part.front()) == kFirst.npos) return false;
   std::u16string_view base = part.substr(0, part.find_first_of(u".:"));
   base = base.substr(0, base.find_last_not_of(u' ') + 1);
   if (base.size() != 3 && base.size() != 4) return false;

@@ -128,13 +128,18 @@ void AppendQuoted(std::string& out, std::u16string_view text) {
 
 /// The closing character of escaped text, `end` if there is none. An escape never ends a line.
 const char* FindClosing(const char* at, const char* end, char closing) {
-  while (at != end && *at != closing) {
-    if (*at == '\\') {
-      if (++at == end) return end;
-    }
-    ++at;
+  const char* const begin = at;
+  while (at != end) {
+    const auto* const found =
+        static_cast<const char*>(std::memchr(at, closing, static_cast<std::size_t>(end - at)));
+    if (found == nullptr) return end;
+    // One behind an odd number of backslashes is escaped.
+    const char* escape = found;
+    while (escape != begin && escape[-1] == '\\') --escape;
+    if ((found - escape) % 2 == 0) return found;
+    at = found + 1;
   }
-  return at;
+  return end;
 }
 
 const char* WhyUnclosed(const char* begin, const char* end) {
@@ -322,11 +327,15 @@ std::optional<char16_t> TextReader::utf8() {
 }
 
 std::u16string DecodeText(std::string_view source) {
+  // Each unit has at least one byte of its own in the source.
   std::u16string text(source.size(), u'\0');
-  std::size_t length = 0;
   TextReader reader(source);
-  while (length < text.size() && reader.next(text[length])) ++length;
-  text.resize(length);
+  char16_t* at = text.data();
+  char16_t* const end = at + text.size();
+  do {
+    at = reader.nextPlain(at);
+  } while (at != end && reader.next(*at) && ++at != end);
+  text.resize(static_cast<std::size_t>(at - text.data()));
   return text;
 }
 

@@ -27,16 +27,28 @@ class TextReader {
 
   /// Gives false at the end.
   bool next(char16_t& unit) {
-    // Paths are full of these.
-    if (end_ - at_ >= 2 && at_[0] == '\\' && at_[1] == '\\' && low_ == 0) {
-      at_ += 2;
-      unit = u'\\';
-      return true;
-    }
     if (at_ == end_ || *at_ == '\\' || static_cast<unsigned char>(*at_) >= 0x80 || low_ != 0)
       return nextOdd(unit);
     unit = static_cast<unsigned char>(*at_++);
     return true;
+  }
+  /// Reads the units that stand for themselves up to the next that doesn't; gives where it stopped
+  /// writing them.
+  char16_t* nextPlain(char16_t* units) {
+    if (low_ != 0) return units;
+    const char* at = at_;
+    for (; at != end_; ++at) {
+      const auto byte = static_cast<unsigned char>(*at);
+      if (byte >= 0x80) break;
+      if (byte == '\\') {
+        // Of the escapes, paths are full of this one.
+        if (end_ - at < 2 || at[1] != '\\') break;
+        ++at;
+      }
+      *units++ = byte;
+    }
+    at_ = at;
+    return units;
   }
   /// Where the next unit's source begins.
   const char* position() const { return at_; }
