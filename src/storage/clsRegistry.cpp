@@ -21,9 +21,77 @@ HKEY RootKey(std::int32_t classKey) {
   return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(classKey));
 }
 
+[[noreturn]] void Raise(std::int32_t number, const Text& description) {
+  throw RaisedError(number, ExecutableBaseName() + u".cRegistry", description);
+}
+
+LSTATUS Query(HKEY key, const Text& name, DWORD& type, Bytes& bytes) {
+  auto size = static_cast<DWORD>(bytes.size());
+  const LSTATUS status = RegQueryValueExW(key, Wide(name), nullptr, &type,
+                                          reinterpret_cast<BYTE*>(bytes.data()), &size);
+  bytes.resize(size);
+  return status;
+}
+
+// A value of an open key; nothing where there is none. Most values fit at the first attempt, and
+// one that another program lengthens meanwhile at a later one.
+std::optional<TypedData> DataOf(HKEY key, const Text& name) {
+  constexpr std::size_t kUsualSize = 1024;
+  Bytes bytes(kUsualSize);
+  DWORD type = REG_NONE;
+  LSTATUS status = Query(key, name, type, bytes);
+  while (status == ERROR_MORE_DATA) status = Query(key, name, type, bytes);
+  if (status != ERROR_SUCCESS) return std::nullopt;
+  return TypedData{static_cast<std::int32_t>(type), std::move(bytes)};
+}
+
+LSTATUS WriteText(HKEY key, const Text& name, const Text& text) {
+  return RegSetValueExW(key, Wide(name), 0, static_cast<DWORD>(TypeForText(text)),
+                        reinterpret_cast<const BYTE*>(text.c_str()),
+                        static_cast<DWORD>((text.size() + 1) * sizeof(char16_t)));
+}
+
+LSTATUS WriteNumber(HKEY key, const Text& name, const Variant& value) {
+  std::int32_t number = 0;
+  if (const auto* wide = std::get_if<std::int32_t>(&value)) {
+    number = *wide;
+  } else if (const auto* narrow = std::get_if<std::int16_t>(&value)) {
+    number = *narrow;
+  } else {
+    return ERROR_SUCCESS;
+  }
+  return RegSetValueExW(key, Wide(name), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
+                        sizeof number);
+}
+
+LSTATUS WriteBytes(HKEY key, const Text& name, const Variant& value) {
+  const auto* bytes = std::get_if<Bytes>(&value);
+  if (!bytes) throw RaisedError(kErrorNumber, {}, {});
+  const std::size_t stored = bytes->empty() ? 0 : bytes->size() - 1;
+  return RegSetValueExW(key, Wide(name), 0, REG_BINARY,
+                        reinterpret_cast<const BYTE*>(bytes->data()), static_cast<DWORD>(stored));
+}
+
+LSTATUS WriteByType(HKEY key, const Text& name, std::int32_t type, const Variant& value) {
+  switch (static_cast<DWORD>(type)) {
+    case REG_SZ:
+    case REG_EXPAND_SZ:
+      return WriteText(key, name, AsText(value));
+    case REG_BINARY:
+      return WriteBytes(key, name, value);
+    case REG_DWORD:
+    case REG_DWORD_BIG_ENDIAN:
+      return WriteNumber(key, name, value);
+    default:
+      return ERROR_INVALID_DATA;
+  }
+}
+
+}  // namespace
+
 // An open key, closed with its scope. A key that couldn't be opened is null, which every call
 // refuses as an invalid handle.
-class OpenKey {
+class clsRegistry::OpenKey {
  public:
   static OpenKey Existing(std::int32_t root, const Text& path, REGSAM rights) {
     OpenKey key;
@@ -57,73 +125,13 @@ class OpenKey {
   LSTATUS status_ = ERROR_SUCCESS;
 };
 
-[[noreturn]] void Raise(std::int32_t number, const Text& description) {
-  throw RaisedError(number, ExecutableBaseName() + u".cRegistry", description);
+template <class Open>
+std::shared_ptr<const clsRegistry::OpenKey> clsRegistry::ForChange(const Open& open) const {
+  if (kept_) return kept_;
+  auto key = std::make_shared<const OpenKey>(open());
+  if (keepsOpen_ && key->opened()) kept_ = key;
+  return key;
 }
-
-LSTATUS Query(const OpenKey& key, const Text& name, DWORD& type, Bytes& bytes) {
-  auto size = static_cast<DWORD>(bytes.size());
-  const LSTATUS status = RegQueryValueExW(key.handle(), Wide(name), nullptr, &type,
-                                          reinterpret_cast<BYTE*>(bytes.data()), &size);
-  bytes.resize(size);
-  return status;
-}
-
-// A value of an open key; nothing where there is none. Most values fit at the first attempt, and
-// one that another program lengthens meanwhile at a later one.
-std::optional<TypedData> DataOf(const OpenKey& key, const Text& name) {
-  constexpr std::size_t kUsualSize = 1024;
-  Bytes bytes(kUsualSize);
-  DWORD type = REG_NONE;
-  LSTATUS status = Query(key, name, type, bytes);
-  while (status == ERROR_MORE_DATA) status = Query(key, name, type, bytes);
-  if (status != ERROR_SUCCESS) return std::nullopt;
-  return TypedData{static_cast<std::int32_t>(type), std::move(bytes)};
-}
-
-LSTATUS WriteText(const OpenKey& key, const Text& name, const Text& text) {
-  return RegSetValueExW(key.handle(), Wide(name), 0, static_cast<DWORD>(TypeForText(text)),
-                        reinterpret_cast<const BYTE*>(text.c_str()),
-                        static_cast<DWORD>((text.size() + 1) * sizeof(char16_t)));
-}
-
-LSTATUS WriteNumber(const OpenKey& key, const Text& name, const Variant& value) {
-  std::int32_t number = 0;
-  if (const auto* wide = std::get_if<std::int32_t>(&value)) {
-    number = *wide;
-  } else if (const auto* narrow = std::get_if<std::int16_t>(&value)) {
-    number = *narrow;
-  } else {
-    return ERROR_SUCCESS;
-  }
-  return RegSetValueExW(key.handle(), Wide(name), 0, REG_DWORD,
-                        reinterpret_cast<const BYTE*>(&number), sizeof number);
-}
-
-LSTATUS WriteBytes(const OpenKey& key, const Text& name, const Variant& value) {
-  const auto* bytes = std::get_if<Bytes>(&value);
-  if (!bytes) throw RaisedError(kErrorNumber, {}, {});
-  const std::size_t stored = bytes->empty() ? 0 : bytes->size() - 1;
-  return RegSetValueExW(key.handle(), Wide(name), 0, REG_BINARY,
-                        reinterpret_cast<const BYTE*>(bytes->data()), static_cast<DWORD>(stored));
-}
-
-LSTATUS WriteByType(const OpenKey& key, const Text& name, std::int32_t type, const Variant& value) {
-  switch (static_cast<DWORD>(type)) {
-    case REG_SZ:
-    case REG_EXPAND_SZ:
-      return WriteText(key, name, AsText(value));
-    case REG_BINARY:
-      return WriteBytes(key, name, value);
-    case REG_DWORD:
-    case REG_DWORD_BIG_ENDIAN:
-      return WriteNumber(key, name, value);
-    default:
-      return ERROR_INVALID_DATA;
-  }
-}
-
-}  // namespace
 
 bool clsRegistry::KeyExists() const {
   return OpenKey::Existing(classKey_, sectionKey_, kRead).opened();
@@ -137,12 +145,12 @@ bool clsRegistry::CreateKey() const {
 }
 
 bool clsRegistry::DeleteValue() const {
-  const OpenKey key = OpenKey::Existing(classKey_, sectionKey_, kWrite);
-  if (!key.opened()) {
+  const auto key = ForChange([this] { return OpenKey::Existing(classKey_, sectionKey_, kWrite); });
+  if (!key->opened()) {
     Raise(kErrorNumber, u"Failed to open key '" + Decimal(classKey_) + u"',Section: '" +
                             sectionKey_ + u"' for delete access");
   }
-  if (RegDeleteValueW(key.handle(), Wide(valueKey_)) != ERROR_SUCCESS) {
+  if (RegDeleteValueW(key->handle(), Wide(valueKey_)) != ERROR_SUCCESS) {
     Raise(kErrorNumber, u"Failed to delete registry Key: '" + Decimal(classKey_) + u"',Section: '" +
                             sectionKey_ + u"',Key: '" + valueKey_);
   }
@@ -162,27 +170,27 @@ Text clsRegistry::WriteFailure(const Text& value) const {
 }
 
 void clsRegistry::Value(const Variant& vValue) const {
-  const OpenKey key = OpenKey::Created(classKey_, sectionKey_);
-  if (!key.opened()) Raise(kErrorNumber, WriteFailure(AsText(vValue)));
-  if (WriteByType(key, valueKey_, valueType_, vValue) != ERROR_SUCCESS) {
+  const auto key = ForChange([this] { return OpenKey::Created(classKey_, sectionKey_); });
+  if (!key->opened()) Raise(kErrorNumber, WriteFailure(AsText(vValue)));
+  if (WriteByType(key->handle(), valueKey_, valueType_, vValue) != ERROR_SUCCESS) {
     Raise(kStatusErrorNumber, WriteFailure(AsText(vValue)));
   }
 }
 
 std::optional<TypedData> clsRegistry::Data() const {
-  return DataOf(OpenKey::Existing(classKey_, sectionKey_, kRead), valueKey_);
+  return DataOf(OpenKey::Existing(classKey_, sectionKey_, kRead).handle(), valueKey_);
 }
 
 void clsRegistry::Data(const TypedData& stored) const {
-  const OpenKey key = OpenKey::Created(classKey_, sectionKey_);
-  if (!key.opened()) Raise(kErrorNumber, WriteFailure({}));
+  const auto key = ForChange([this] { return OpenKey::Created(classKey_, sectionKey_); });
+  if (!key->opened()) Raise(kErrorNumber, WriteFailure({}));
   // The call takes a NUL that happens to stand behind a text for the one that the text lacks.
   // Of a single byte it looks at the unit ahead.
   Bytes bytes(sizeof(char16_t));
   bytes.insert(bytes.end(), stored.bytes.begin(), stored.bytes.end());
   bytes.insert(bytes.end(), sizeof(char16_t), std::byte{0xFF});
   const LSTATUS status =
-      RegSetValueExW(key.handle(), Wide(valueKey_), 0, static_cast<DWORD>(stored.type),
+      RegSetValueExW(key->handle(), Wide(valueKey_), 0, static_cast<DWORD>(stored.type),
                      reinterpret_cast<const BYTE*>(bytes.data()) + sizeof(char16_t),
                      static_cast<DWORD>(stored.bytes.size()));
   if (status != ERROR_SUCCESS) Raise(kStatusErrorNumber, WriteFailure({}));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -25,8 +26,8 @@ struct TypedData {
   Bytes bytes;
 };
 
-/// A key of the registry, opened and closed by each operation. Reading never fails loudly; what
-/// changes the registry throws RaisedError.
+/// A key of the registry, opened and closed by each operation unless KeepOpen() has been called.
+/// Reading never fails loudly; what changes the registry throws RaisedError.
 class clsRegistry {
  public:
   bool KeyExists() const;
@@ -54,16 +55,30 @@ class clsRegistry {
   /// 0 of `sKeyNames`. True always: the count tells whether there are any.
   bool EnumerateValues(std::vector<Text>& sKeyNames, std::int32_t& iKeyCount) const;
 
+  /// From now on the key that a change opens stays open for those that follow.
+  void KeepOpen() { keepsOpen_ = true; }
+
   void ValueType(std::int32_t eValueType) { valueType_ = eValueType; }
   /// kCurrentUser or kLocalMachine.
-  void ClassKey(std::int32_t eKey) { classKey_ = eKey; }
-  void SectionKey(const Text& sSectionKey) { sectionKey_ = sSectionKey; }
+  void ClassKey(std::int32_t eKey) {
+    classKey_ = eKey;
+    kept_.reset();
+  }
+  void SectionKey(const Text& sSectionKey) {
+    sectionKey_ = sSectionKey;
+    kept_.reset();
+  }
   void ValueKey(const Text& sValueKey) { valueKey_ = sValueKey; }
   /// What Value() gives for a value that can't be read.
   const Variant& Default() const { return default_; }
   void Default(Variant vDefault) { default_ = std::move(vDefault); }
 
  private:
+  class OpenKey;
+
+  /// The key to change values of: the one that was kept, else what `open` gives.
+  template <class Open>
+  std::shared_ptr<const OpenKey> ForChange(const Open& open) const;
   Text WriteFailure(const Text& value) const;
 
   std::int32_t classKey_ = 0;
@@ -71,6 +86,8 @@ class clsRegistry {
   Text valueKey_;
   Variant default_;
   std::int32_t valueType_ = 0;
+  bool keepsOpen_ = false;
+  mutable std::shared_ptr<const OpenKey> kept_;
 };
 
 }  // namespace torvane

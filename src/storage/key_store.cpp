@@ -137,20 +137,30 @@ Text KeyStore::Identity() const {
   return u"HKEY_CURRENT_USER\\" + path_;
 }
 
+std::shared_ptr<clsRegistry> KeyStore::Key(const Text& value) const {
+  auto registry = kept_.lock();
+  if (!registry) {
+    registry = std::make_shared<clsRegistry>();
+    registry->ClassKey(kCurrentUser);
+    registry->SectionKey(path_);
+  }
+  registry->ValueKey(value);
+  return registry;
+}
+
+std::shared_ptr<const void> KeyStore::KeepOpen() const {
+  const auto registry = Key({});
+  registry->KeepOpen();
+  kept_ = registry;
+  return registry;
+}
+
 void KeyStore::Delete(const StoredValue& value) const {
-  clsRegistry registry;
-  registry.ClassKey(kCurrentUser);
-  registry.SectionKey(path_);
-  registry.ValueKey(value.name);
-  registry.DeleteValue();
+  Key(value.name)->DeleteValue();
 }
 
 void KeyStore::Set(const StoredValue& value) const {
-  clsRegistry registry;
-  registry.ClassKey(kCurrentUser);
-  registry.SectionKey(path_);
-  registry.ValueKey(value.name);
-  registry.Data({value.type, value.bytes});
+  Key(value.name)->Data({value.type, value.bytes});
 }
 
 void KeyStore::DeleteAll() const {

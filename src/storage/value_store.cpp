@@ -87,6 +87,7 @@ StorePicture ValueStore::Replace(const StorePicture& from, const StorePicture& t
 }
 
 void ValueStore::Change(const StorePicture& from, const StorePicture& to, Clearing clearing) const {
+  const auto open = KeepOpen();
   if (ReplaceAtOnce(from, to, clearing)) return;
   if (clearing == Clearing::Whole) {
     DeleteAll();
@@ -103,6 +104,7 @@ void ValueStore::Change(const StorePicture& from, const StorePicture& to, Cleari
 std::vector<Text> ValueStore::PutBack(const StorePicture& picture) const {
   const StorePicture now = Read();
   if (now.values == picture.values) return {};
+  const auto open = KeepOpen();
   const auto tryTo = [](const auto& change) {
     try {
       change();

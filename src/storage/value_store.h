@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "storage/registry_data.h"
@@ -14,6 +15,8 @@
 #include "storage/variant.h"
 
 namespace torvane {
+
+class clsRegistry;
 
 /// A value as its store holds it, data to the byte. In an INI file the data is the text behind the
 /// '=' in 16-bit units, quotes included; a line without '=' is no value.
@@ -72,6 +75,8 @@ class ValueStore {
   virtual void Delete(const StoredValue& value) const = 0;
   virtual void Set(const StoredValue& value) const = 0;
   virtual void DeleteAll() const = 0;
+  /// While what it gives lives, what the store has to open for a change stays open for the next.
+  virtual std::shared_ptr<const void> KeepOpen() const { return nullptr; }
   /// Throws where the store can't hold `to`, or not without harm to what it holds besides.
   virtual void CheckHolds(const StorePicture& /*to*/) const {}
   /// Does in one step what can't be done value by value; false where it can.
@@ -103,9 +108,13 @@ class KeyStore : public ValueStore {
   void Delete(const StoredValue& value) const override;
   void Set(const StoredValue& value) const override;
   void DeleteAll() const override;
+  std::shared_ptr<const void> KeepOpen() const override;
 
  private:
+  std::shared_ptr<clsRegistry> Key(const Text& value) const;
+
   Text path_;
+  mutable std::weak_ptr<clsRegistry> kept_;
 };
 
 /// The lines of a section of an INI file; a bare file name means a file in the Windows folder.
