@@ -260,7 +260,7 @@ TEST_F(FindingTest, ReadsOfficesItems) {
 TEST_F(FindingTest, KeepsPinnedEntriesAndWhatStandsBeforeThePath) {
   const std::string there = MakeFile("Plan.docx");
   const std::string lead = "[F00000000][T01DA6F0E5C4B2A00][O00000000]*";
-  const std::string pinned = "[F00000001][T0000000000000000][O00000000]*C:\\Gone\\Pin.docx";
+  const std::string pinned = "[F00000001][T0000000000000000][O00000000]*Q:\\Gone\\Pin.docx";
   const auto key = "Software\\Microsoft\\Office\\99.0\\TorvaneTest\\File MRU";
   MakeKey(key, {{"Item 1", lead + "C:\\Gone\\Old.docx"},
                 {"Item 2", pinned},
@@ -273,8 +273,9 @@ TEST_F(FindingTest, KeepsPinnedEntriesAndWhatStandsBeforeThePath) {
   Show(lists[0]);
   ASSERT_EQ(list_.ColumnHeaders().Count(), 3);
   EXPECT_EQ(list_.ListItems()(2).Text(), u"pin.docx");
-  EXPECT_EQ(list_.ListItems()(2).SubItems(1), u"c:\\gone");
+  EXPECT_EQ(list_.ListItems()(2).SubItems(1), u"q:\\gone");
   EXPECT_EQ(list_.ListItems()(2).SubItems(2), u"pinned");
+  EXPECT_EQ(list_.ListItems()(2).ImageNote(), u"Missing: its drive or server can't be reached");
   EXPECT_EQ(list_.ListItems()(4).SubItems(2), LocalTimeText(0x01DA6F0E5C4B2A00));
   EXPECT_EQ(Counters().MissingCount, 1);
   Tree tree{form_, u"Programs"};

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <map>
 
 #include "readers/basListFill.h"
 #include "readers/icon_paths.h"
 #include "readers/ini_folders.h"
+#include "readers/list_description.h"
 #include "storage/raised_error.h"
 #include "support/list_window.h"
 #include "support/printing.h"
@@ -22,6 +25,7 @@ using testing::Utf8;
 class ReadersTest : public testing::ListWorld {
  protected:
   std::string Lower(const std::string& path) const { return Utf8(LowerCase(Utf16(path))); }
+  std::string Note(int row) const { return Utf8(Text(list_.ListItems()(row).ImageNote())); }
 };
 
 TEST_F(ReadersTest, EveryRegistryFormShowsItsOwnReading) {
@@ -92,6 +96,100 @@ TEST_F(ReadersTest, EveryRegistryFormShowsItsOwnReading) {
               std::count_if(c.rows.begin(), c.rows.end(),
                             [](const Shown& row) { return row.front() == "KILL"; }));
   }
+}
+
+TEST_F(ReadersTest, AFillSeesTheDiskAsItIsThen) {
+  const std::string folder = Folder() + "\\Sub";
+  Key({{"File1", folder + "\\A.txt"}, {"File2", folder + "\\B.txt"}, {"File3", folder}});
+  const auto tags = [&] {
+    Fill(FillRegistryList, "0");
+    std::map<std::string, std::string> byName;
+    for (const Shown& row : Rows()) byName[row[1]] = row[0];
+    return byName["a.txt"] + " " + byName["b.txt"] + " " + byName["sub"];
+  };
+  EXPECT_EQ(tags(), "KILL KILL KILL");
+  MakeFile("Sub\\b.TXT");
+  EXPECT_EQ(tags(), "KILL KEEP KEEP");
+  std::filesystem::rename(Host(folder + "\\b.TXT"), Host(folder + "\\A.txt"));
+  EXPECT_EQ(tags(), "KEEP KILL KEEP");
+}
+
+// What one entry has taught about folders and drives must not show in another.
+TEST_F(ReadersTest, EntriesShowTogetherWhatEachShowsAlone) {
+  MakeFile("Some Folder\\Deeper\\Read Me.TXT");
+  MakeFile("plain.txt");
+  const char* const kBehindFolder[] = {"\\SOME folder\\deeper\\READ ME.txt",
+                                       "\\Some Folder\\Deeper\\Read Me.TXT",
+                                       "\\Some Folder\\Deeper\\none.txt",
+                                       "\\Some Folder\\Deeper",
+                                       "\\Some Folder\\Deeper\\",
+                                       "\\some_~hxt\\deeper\\read me.txt",
+                                       "\\none\\x.txt",
+                                       "\\none\\..\\plain.txt",
+                                       "\\none\\deeper\\x.txt",
+                                       "\\plain.txt\\x.txt",
+                                       "\\plain.txt\\..\\plain.txt",
+                                       "\\*.txt",
+                                       "\\none\\*.txt",
+                                       "\\Some Folder\\\\Deeper\\Read Me.TXT",
+                                       "/Some Folder/Deeper/read me.txt",
+                                       "\\Some Folder\\.\\Deeper\\READ ME.TXT",
+                                       "\\plain.txt. ",
+                                       "\\Some Folder.\\Deeper\\Read Me.TXT",
+                                       "\\some folder\\nul",
+                                       "\\none\\nul",
+                                       "\\\"plain.txt\"",
+                                       "\\pl|ain.txt"};
+  std::vector<TextValue> values;
+  const auto add = [&](const std::string& path) {
+    values.emplace_back("File" + std::to_string(values.size()), path);
+  };
+  for (const char* path : kBehindFolder) add(Folder() + path);
+  for (const char* path : {"C:\\", "C:", "Q:\\", "Q:\\a\\b.txt", "Q:\\a\\..\\c.txt", "q:d.txt",
+                           "\\\\torvane-none\\share\\x.txt", "\\\\torvane-none\\share\\y\\z.txt",
+                           "windows", "  ", "\\\\torvane-none"}) {
+    add(path);
+  }
+  using Row = std::pair<Reader, const char*>;
+  for (const auto& [reader, type] : {Row(FillRegistryList, "0"), Row(FillFolderList, "3")}) {
+    std::map<std::string, std::vector<Shown>> alone;
+    for (const TextValue& value : values) {
+      Key({value});
+      Fill(reader, type);
+      alone[value.first] = Rows();
+      if (!Rows().empty()) alone[value.first][0].push_back(Note(1));
+    }
+    for (int round = 0; round < 2; ++round) {
+      Key(values);
+      Fill(reader, type);
+      ASSERT_EQ(Rows().size(), values.size());
+      for (int n = 1; n <= list_.ListItems().Count(); ++n) {
+        const Text& name = ShownIn(list_)->picture->values[list_.ListItems()(n).Number()].name;
+        Shown row = Rows()[static_cast<std::size_t>(n - 1)];
+        row.push_back(Note(n));
+        EXPECT_EQ(alone[Utf8(name)], std::vector<Shown>{row}) << Utf8(name);
+      }
+      std::reverse(values.begin(), values.end());
+    }
+  }
+}
+
+TEST_F(ReadersTest, ADriveOrServerThatIsNotThereIsNamedForIt) {
+  const std::string dead = "Missing: its drive or server can't be reached";
+  Key({{"File1", "Q:\\Lists\\a.txt"},
+       {"File2", "\\\\torvane-none\\share\\b.txt"},
+       {"File3", Folder() + "\\c.txt"},
+       {"File4", "//torvane-none/share/d.txt"}});
+  Fill(FillRegistryList, "0");
+  std::map<std::string, std::string> notes;
+  for (int n = 1; n <= list_.ListItems().Count(); ++n) {
+    notes[Utf8(list_.ListItems()(n).Text())] = Rows()[static_cast<std::size_t>(n - 1)][0] + Note(n);
+  }
+  EXPECT_EQ(notes,
+            (std::map<std::string, std::string>{{"a.txt", "KILL" + dead},
+                                                {"b.txt", "KILL" + dead},
+                                                {"c.txt", "KILLMissing"},
+                                                {"//torvane-none/share/d.txt", "KILL" + dead}}));
 }
 
 TEST_F(ReadersTest, SplitsRootsAndBareNames) {

@@ -1,11 +1,13 @@
 #include "support/posix/traced_child.h"
 
 #include <sys/ptrace.h>
+#include <sys/uio.h>
 #include <sys/user.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <string>
 #include <system_error>
 
 #if !defined(__x86_64__)
@@ -68,6 +70,19 @@ std::optional<long> TracedChild::next() {
     if (begins) return static_cast<long>(registers.orig_rax);
   }
   return std::nullopt;
+}
+
+bool TracedChild::names(std::string_view front) const {
+  const user_regs_struct registers = Registers(pid_);
+  for (const unsigned long long argument : {registers.rdi, registers.rsi}) {
+    std::string text(front.size(), '\0');
+    const iovec here{text.data(), text.size()};
+    const iovec there{reinterpret_cast<void*>(argument), text.size()};
+    // What is no address can't be read.
+    const ssize_t size = process_vm_readv(pid_, &here, 1, &there, 1, 0);
+    if (size == static_cast<ssize_t>(front.size()) && text == front) return true;
+  }
+  return false;
 }
 
 void TracedChild::fail(int error) {

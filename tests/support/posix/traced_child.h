@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace torvane::testing {
 
@@ -21,6 +22,9 @@ class TracedChild {
   /// Lets the child run to its next system call and gives the call's number (SYS_...); nothing if
   /// it has ended instead.
   std::optional<long> next();
+  /// Whether one of the first two arguments of the call that the child stands before is a text that
+  /// begins so.
+  bool names(std::string_view front) const;
   /// The call that the child stands before isn't made; it gives this error.
   void fail(int error);
   /// The call that the child stands before, a write, gets this many bytes at most.
