@@ -118,33 +118,43 @@ TEST_F(ReadersTest, AFillSeesTheDiskAsItIsThen) {
 TEST_F(ReadersTest, EntriesShowTogetherWhatEachShowsAlone) {
   MakeFile("Some Folder\\Deeper\\Read Me.TXT");
   MakeFile("plain.txt");
-  const char* const kBehindFolder[] = {"\\SOME folder\\deeper\\READ ME.txt",
-                                       "\\Some Folder\\Deeper\\Read Me.TXT",
-                                       "\\Some Folder\\Deeper\\none.txt",
-                                       "\\Some Folder\\Deeper",
-                                       "\\Some Folder\\Deeper\\",
-                                       "\\some_~hxt\\deeper\\read me.txt",
-                                       "\\none\\x.txt",
-                                       "\\none\\..\\plain.txt",
-                                       "\\none\\deeper\\x.txt",
-                                       "\\plain.txt\\x.txt",
-                                       "\\plain.txt\\..\\plain.txt",
-                                       "\\*.txt",
-                                       "\\none\\*.txt",
-                                       "\\Some Folder\\\\Deeper\\Read Me.TXT",
-                                       "/Some Folder/Deeper/read me.txt",
-                                       "\\Some Folder\\.\\Deeper\\READ ME.TXT",
-                                       "\\plain.txt. ",
-                                       "\\Some Folder.\\Deeper\\Read Me.TXT",
-                                       "\\some folder\\nul",
-                                       "\\none\\nul",
-                                       "\\\"plain.txt\"",
-                                       "\\pl|ain.txt"};
+  const struct {
+    const char* path;  ///< behind the scratch folder
+    const char* tag;   ///< in a list of files
+  } rows[] = {
+      {"\\SOME folder\\deeper\\READ ME.txt", "KEEP"},
+      {"\\Some Folder\\Deeper\\Read Me.TXT", "KEEP"},
+      {"\\Some Folder\\Deeper\\none.txt", "KILL"},
+      {"\\Some Folder\\Deeper", "KEEP"},
+      {"\\Some Folder\\Deeper\\", "KEEP"},
+      {"\\some~tbr\\deeper\\read me.txt", "KEEP"},
+      {"\\none\\x.txt", "KILL"},
+      {"\\none\\..\\plain.txt", "KEEP"},
+      {"\\none\\deeper\\x.txt", "KILL"},
+      {"\\plain.txt\\x.txt", "KILL"},
+      {"\\plain.txt\\..\\plain.txt", "KEEP"},
+      {"\\*.txt", "KEEP"},
+      {"\\none\\*.txt", "KILL"},
+      {"\\Some Folder\\\\Deeper\\Read Me.TXT", "KEEP"},
+      {"/Some Folder/Deeper/read me.txt", "KEEP"},
+      {"\\Some Folder\\.\\Deeper\\READ ME.TXT", "KEEP"},
+      {"\\plain.txt. ", "KEEP"},
+      {"\\Some Folder.\\Deeper\\Read Me.TXT", "KEEP"},
+      {"\\some folder\\nul", "KEEP"},
+      {"\\none\\nul", "KILL"},
+      {"\\\"plain.txt\"", "KILL"},
+      {"\\pl|ain.txt", "KILL"},
+  };
   std::vector<TextValue> values;
   const auto add = [&](const std::string& path) {
     values.emplace_back("File" + std::to_string(values.size()), path);
   };
-  for (const char* path : kBehindFolder) add(Folder() + path);
+  for (const auto& row : rows) {
+    add(Folder() + row.path);
+    Key({values.back()});
+    Fill(FillRegistryList, "0");
+    EXPECT_EQ(Rows().at(0)[0], row.tag) << row.path;
+  }
   for (const char* path : {"C:\\", "C:", "Q:\\", "Q:\\a\\b.txt", "Q:\\a\\..\\c.txt", "q:d.txt",
                            "\\\\torvane-none\\share\\x.txt", "\\\\torvane-none\\share\\y\\z.txt",
                            "windows", "  ", "\\\\torvane-none"}) {

@@ -50,6 +50,14 @@ std::size_t EndOfRoot(TextView path) {
   return std::min(path.find(u'\\', server + 1), path.size());
 }
 
+// Whether a path closes with a pattern longer than any name, which would be held against each name
+// of the folder.
+bool IsEndlessPattern(TextView path) {
+  constexpr std::size_t kLongestName = 255;
+  const TextView name = path.substr(path.find_last_of(u"\\/") + 1);
+  return name.size() > kLongestName && HasWildcard(name);
+}
+
 bool HasPlainParts(TextView path, std::size_t root) {
   for (std::size_t begin = root + 1; begin <= path.size();) {
     const std::size_t end = std::min(path.find(u'\\', begin), path.size());
@@ -91,7 +99,8 @@ bool IsThere(const SearchRoot& root) {
 class LookupMemory {
  public:
   const Sight& Look(const Text& path) {
-    const bool isKnown = SameText(path, path_) || (!path.empty() && SameText(path, sight_.longPath));
+    const bool isKnown =
+        SameText(path, path_) || (!path.empty() && SameText(path, sight_.longPath));
     if (!isKnown) {
       path_ = path;
       LookAnew();
@@ -130,7 +139,7 @@ class LookupMemory {
       if (folder.kind == Folder::Kind::Unasked) AskSystem(folder.path + Text(path.substr(cut)));
     } else {
       root = RootFor(path);
-      if (!root || IsThere(*root)) AskSystem(path_);
+      if ((!root || IsThere(*root)) && !IsEndlessPattern(path)) AskSystem(path_);
     }
     if (sight_.presence != Presence::Missing || !root) return;
     if (root->IsOutOfReach(path)) {

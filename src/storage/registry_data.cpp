@@ -18,10 +18,15 @@ Text ClosedText(const Bytes& bytes) {
 
 // What stands behind a NUL in the text is not for the environment.
 Text Expanded(const Text& text) {
-  Text expanded(ExpandEnvironmentStringsW(Wide(text), nullptr, 0), u'\0');
-  if (expanded.empty()) return text;
-  ExpandEnvironmentStringsW(Wide(text), WideBuffer(expanded), static_cast<DWORD>(expanded.size()));
-  return StripAtNull(expanded);
+  constexpr std::size_t kUsualGrowth = 4;
+  Text expanded(text.size() * kUsualGrowth + MAX_PATH, u'\0');
+  while (true) {
+    const auto room = static_cast<DWORD>(expanded.size());
+    const DWORD size = ExpandEnvironmentStringsW(Wide(text), WideBuffer(expanded), room);
+    if (size == 0) return text;
+    if (size <= room) return StripAtNull(expanded);
+    expanded.resize(size);
+  }
 }
 
 // Missing bytes are 0, and so is a number that doesn't fit.

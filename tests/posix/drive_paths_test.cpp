@@ -114,6 +114,7 @@ TEST(WindowsPaths, PatternsFitAsDocumented) {
       {u"ab.c", u"ab??.c", true}, {u"plain", u"plain.*", true}, {u"plain", u"p*n*x", false},
       {u"PLAIN", u"p*N", true},   {u"a.b.c", u"*.c", true},     {u"a.b", u"a?b", true},
       {u"a.b.c", u"*.b", false},  {u"plain", u"plai", false},   {u"abc", u"", false},
+      {u"axbxc", u"a*x*c", true}, {u"ab", u"?????*b", false},   {u"a.bc", u"a??.*c", true},
   };
   for (const Row& row : kRows) {
     EXPECT_EQ(FitsPattern(row.name, row.pattern), row.fits)

@@ -30,12 +30,16 @@ constexpr std::array<std::u16string_view, 4> kHostOnly{u"home", u"path", u"temp"
 
 std::u16string Expand(std::u16string_view text, const Variables& variables) {
   std::u16string result;
+  std::u16string_view lastName;
+  auto known = variables.end();
   while (!text.empty()) {
     const std::size_t start = text.find(u'%');
     const std::size_t end = start < text.size() ? text.find(u'%', start + 1) : start;
     if (end == std::u16string_view::npos) break;
     result += text.substr(0, start);
-    const auto known = variables.find(FoldCase(text.substr(start + 1, end - start - 1)));
+    const std::u16string_view name = text.substr(start + 1, end - start - 1);
+    if (name != lastName || known == variables.end()) known = variables.find(FoldCase(name));
+    lastName = name;
     result += known != variables.end() ? std::u16string_view(known->second)
                                        : text.substr(start, end + 1 - start);
     text.remove_prefix(end + 1);

@@ -76,17 +76,22 @@ class PatternPlaces {
 
   /// Passes what needs no character where the next one is `next`, 0 for the name's end.
   void passEmpty(char16_t next) {
-    for (std::size_t i = 0; i < pattern_.size(); ++i) {
-      if (reached_[i] && fitsNothing(i, next)) reached_[i + 1] = true;
+    for (std::size_t i = first_; i <= last_ && i < pattern_.size(); ++i) {
+      if (!reached_[i] || !fitsNothing(i, next)) continue;
+      reached_[i + 1] = true;
+      last_ = std::max(last_, i + 1);
     }
   }
 
   void take(char16_t unit) {
-    for (std::size_t i = pattern_.size() + 1; i-- > 0;) {
+    last_ = std::min(last_ + 1, pattern_.size());
+    for (std::size_t i = last_ + 1; i-- > first_;) {
       const bool stays = i < pattern_.size() && pattern_[i] == u'*' && reached_[i];
       reached_[i] = stays || (i > 0 && reached_[i - 1] && fits(pattern_[i - 1], unit));
     }
+    while (first_ <= last_ && !reached_[first_]) ++first_;
   }
+  bool any() const { return first_ <= last_; }
 
   bool atEnd() const { return reached_.back(); }
 
@@ -106,6 +111,9 @@ class PatternPlaces {
 
   std::u16string_view pattern_;
   std::vector<bool> reached_;
+  // None is reached before the one or behind the other.
+  std::size_t first_ = 0;
+  std::size_t last_ = 0;
 };
 
 /// Whether each half of a surrogate pair stands beside its other half.
@@ -183,6 +191,7 @@ bool FitsPattern(std::u16string_view name, std::u16string_view pattern) {
   for (const char16_t unit : name) {
     places.passEmpty(unit);
     places.take(unit);
+    if (!places.any()) return false;
   }
   places.passEmpty(0);
   return places.atEnd();
