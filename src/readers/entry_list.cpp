@@ -108,7 +108,8 @@ int ImageOfPath(const Text& path) {
   const Sight& sight = LookFor(path);
   if (sight.presence != Presence::Found) return 0;
   if (sight.isFolder) {
-    return KnownImage(Text(kFolderKind), [] { return AskShell(u"x", FILE_ATTRIBUTE_DIRECTORY, kByKind); });
+    return KnownImage(Text(kFolderKind),
+                      [] { return AskShell(u"x", FILE_ATTRIBUTE_DIRECTORY, kByKind); });
   }
   const Text extension = ExtensionOf(path);
   const bool hasPicture = std::find(std::begin(kWithPicture), std::end(kWithPicture), extension) !=

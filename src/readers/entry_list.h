@@ -54,7 +54,7 @@ LRESULT SetListImageList(HWND window, LPARAM imageList, WPARAM kind);
 /// A path taken apart as the file lists show it, all in lower case and long names.
 struct EntryPath {
   Text fullPath;
-  Text sought;  ///< the same in the case in which it is looked for
+  Text sought;           ///< the same in the case in which it is looked for
   bool isPlain = false;  ///< it holds neither quotes nor wildcards
   Text fileName;
   Text folderPath;  ///< closed by a backslash only where it is a root; empty for a bare name

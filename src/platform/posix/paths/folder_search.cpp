@@ -68,7 +68,7 @@ class HostFolder : public FolderSearch {
     return {Result::Found, posix::FromUtf8(hostName), S_ISDIR(status.st_mode)};
   }
 
-  std::string path_;  ///< without a closing slash
+  std::string path_;      ///< without a closing slash
   bool isKnown_ = false;  ///< whether an earlier listing has been asked for
   bool isUnreadable_ = false;
   std::shared_ptr<const FolderListing> listing_;
