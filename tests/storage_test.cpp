@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -245,7 +245,8 @@ TEST_F(clsRegistryTest, KeepsDataAsItIs) {
   EXPECT_FALSE(registry_.Data());
   for (const auto& [what, type, bytes] : testing::HostileDataTable()) {
     TypedData stored{static_cast<std::int32_t>(type), Bytes(bytes.size())};
-    std::memcpy(stored.bytes.data(), bytes.data(), bytes.size());
+    std::ranges::transform(bytes, stored.bytes.begin(),
+                           [](char byte) { return static_cast<std::byte>(byte); });
     registry_.Data(stored);
     EXPECT_EQ(registry_.Data().value().type, stored.type) << what;
     EXPECT_EQ(registry_.Data().value().bytes, stored.bytes) << what;

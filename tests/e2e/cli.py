@@ -277,7 +277,7 @@ class Cli(unittest.TestCase):
         self.assertIn(b'\x1b[31mmissing', self.on_terminal('show', LIST))
         self.assertNotIn(b'\x1b', self.on_terminal('show', LIST, NO_COLOR='1'))
         self.store({f'Software\\Quayside\\P{n}\\Recent File List': [f'C:\\{n}\\{i}' for i in range(100)]
-                    for n in range(200)})
+                    for n in range(400)})
         self.assertNotIn(b' of ', self.call('lists'))
         ours, theirs = pty.openpty()
         run = self.start('lists', stderr=theirs)
@@ -286,7 +286,7 @@ class Cli(unittest.TestCase):
             run.send_signal(signal.SIGSTOP)
             time.sleep(0.1)
             run.send_signal(signal.SIGCONT)
-            time.sleep(0.005)
+            time.sleep(0.001)
             if os.read(ours, 65536) if self.has_more(ours) else b'':
                 break
         else:
