@@ -81,5 +81,5 @@ class PrefixChoiceOnLinux(OnLinux):
             screen.key('alt+F4')
 
         with self.started('choice-named', '--prefix', os.path.join(self.home, '.wine')) as screen:
-            self.window(screen, 'Torvane.*')
+            self.window(screen, r'Torvane – Wine: \.wine')
             screen.key('alt+F4')
